@@ -1,0 +1,24 @@
+// The system's application database and the opening of applications and documents. Any thread.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kr::platform {
+
+class Applications {
+ public:
+  virtual ~Applications() = default;
+
+  // Makes an application bundle known to the system. 0 is success, any other value the system's status.
+  [[nodiscard]] virtual std::int32_t registerApplication(const std::string& path) = 0;
+
+  // Starts an application bundle, or opens a document with its default application. False when nothing was started.
+  // Does not wait for what it started.
+  [[nodiscard]] virtual bool open(const std::string& path) = 0;
+
+  // Tells file viewers that something changed at the path.
+  virtual void noteFileSystemChanged(const std::string& path) = 0;
+};
+
+}  // namespace kr::platform

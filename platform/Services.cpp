@@ -1,0 +1,38 @@
+#include "platform/Services.h"
+
+#include "platform/SystemServices.h"
+
+namespace kr::platform {
+namespace {
+
+Services& current() noexcept {
+  static Services set = systemServices();
+  return set;
+}
+
+}  // namespace
+
+const Services& services() noexcept { return current(); }
+
+Services systemServices() noexcept {
+  return {.appleEvents = &systemAppleEvents(),
+          .applications = &systemApplications(),
+          .clock = &systemClock(),
+          .files = &systemFileOperations(),
+          .log = &systemLog(),
+          .loginItems = &systemLoginItems(),
+          .processControl = &systemProcessControl(),
+          .processes = &systemProcessTable(),
+          .program = &systemProgram(),
+          .folders = &systemStandardFolders(),
+          .systemVersion = &systemSystemVersion(),
+          .windowOrder = &systemWindowOrder()};
+}
+
+ScopedServices::ScopedServices(const Services& replacement) noexcept : previous_(current()) {
+  current() = replacement;
+}
+
+ScopedServices::~ScopedServices() { current() = previous_; }
+
+}  // namespace kr::platform

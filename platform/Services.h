@@ -1,0 +1,58 @@
+// The set of platform services in force. The logic asks for a service at the moment it needs one, so a test can put a
+// service of its own in place for a scope:
+//
+//   kr::platform::Services set = kr::platform::services();
+//   set.clock = &fakeClock;
+//   kr::platform::ScopedServices scope(set);
+#pragma once
+
+namespace kr::platform {
+
+class AppleEvents;
+class Applications;
+class Clock;
+class FileOperations;
+class LogSink;
+class LoginItems;
+class ProcessControl;
+class ProcessTable;
+class Program;
+class StandardFolders;
+class SystemVersion;
+class WindowOrder;
+
+// Not owned; every pointer is set.
+struct Services {
+  AppleEvents* appleEvents;
+  Applications* applications;
+  Clock* clock;
+  FileOperations* files;
+  LogSink* log;
+  LoginItems* loginItems;
+  ProcessControl* processControl;
+  ProcessTable* processes;
+  Program* program;
+  StandardFolders* folders;
+  SystemVersion* systemVersion;
+  WindowOrder* windowOrder;
+};
+
+// The set in force: the system's own until a ScopedServices replaces it. Any thread.
+[[nodiscard]] const Services& services() noexcept;
+
+// The services of the system that the program was built for. They live as long as the program.
+[[nodiscard]] Services systemServices() noexcept;
+
+// Puts another set in force for its own lifetime. Scopes nest. Not while another thread uses services.
+class ScopedServices {
+ public:
+  explicit ScopedServices(const Services& replacement) noexcept;
+  ~ScopedServices();
+  ScopedServices(const ScopedServices&) = delete;
+  ScopedServices& operator=(const ScopedServices&) = delete;
+
+ private:
+  Services previous_;
+};
+
+}  // namespace kr::platform

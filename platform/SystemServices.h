@@ -1,0 +1,22 @@
+// One function per service, each defined by the implementation for the system that is built for. The services live as
+// long as the program. Only Services.cpp and tests of the real services call these; everything else asks services().
+#pragma once
+
+#include "platform/Services.h"
+
+namespace kr::platform {
+
+[[nodiscard]] AppleEvents& systemAppleEvents() noexcept;
+[[nodiscard]] Applications& systemApplications() noexcept;
+[[nodiscard]] Clock& systemClock() noexcept;
+[[nodiscard]] FileOperations& systemFileOperations() noexcept;
+[[nodiscard]] LogSink& systemLog() noexcept;
+[[nodiscard]] LoginItems& systemLoginItems() noexcept;
+[[nodiscard]] ProcessControl& systemProcessControl() noexcept;
+[[nodiscard]] ProcessTable& systemProcessTable() noexcept;
+[[nodiscard]] Program& systemProgram() noexcept;
+[[nodiscard]] StandardFolders& systemStandardFolders() noexcept;
+[[nodiscard]] SystemVersion& systemSystemVersion() noexcept;
+[[nodiscard]] WindowOrder& systemWindowOrder() noexcept;
+
+}  // namespace kr::platform

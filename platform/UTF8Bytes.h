@@ -1,0 +1,15 @@
+// Bytes that are meant to be UTF-8, as UTF-16 units and back without loss: a byte that is not part of valid UTF-8 stands
+// as the lone surrogate U+DC00 + byte (0xDC80 to 0xDCFF) among the units.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kr::platform {
+
+[[nodiscard]] std::u16string utf16FromBytes(std::string_view bytes);
+
+// Lone surrogates from 0xDC80 to 0xDCFF become their byte again; any other lone surrogate becomes U+FFFD.
+[[nodiscard]] std::string bytesFromUTF16(std::u16string_view units);
+
+}  // namespace kr::platform

@@ -1,0 +1,35 @@
+// Between Cocoa's strings and the texts of the C++ core. Nothing else converts. Any thread.
+//
+// File-system paths and command-line words are bytes, and not every sequence of bytes is UTF-8. A byte that is not part
+// of valid UTF-8 becomes a lone surrogate (U+DC80 + byte - 0x80) in the NSString and the same byte again on the way
+// back, so a path survives the round trip whatever it holds.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kr {
+
+// Never nil. The result is autoreleased.
+[[nodiscard]] NSString* toNSString(std::string_view bytes);
+[[nodiscard]] NSString* toNSString(std::u16string_view units);
+
+// nil for no text.
+[[nodiscard]] NSString* toNSString(const std::optional<std::string>& bytes);
+
+// The empty text for nil.
+[[nodiscard]] std::string toBytes(NSString* string);
+[[nodiscard]] std::u16string toUTF16(NSString* string);
+
+// No text for nil.
+[[nodiscard]] std::optional<std::string> toOptionalBytes(NSString* string);
+
+// Strings only; an entry of another class is left out. nil gives an empty list.
+[[nodiscard]] std::vector<std::string> toByteStrings(NSArray* strings);
+[[nodiscard]] NSMutableArray* toNSArray(const std::vector<std::string>& strings);
+
+}  // namespace kr

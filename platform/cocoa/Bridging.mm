@@ -1,0 +1,47 @@
+#import "platform/cocoa/Bridging.h"
+
+#include "platform/UTF8Bytes.h"
+
+namespace kr {
+
+NSString* toNSString(std::u16string_view units) {
+  return [NSString stringWithCharacters:reinterpret_cast<const unichar*>(units.data()) length:units.size()];
+}
+
+NSString* toNSString(std::string_view bytes) { return toNSString(platform::utf16FromBytes(bytes)); }
+
+NSString* toNSString(const std::optional<std::string>& bytes) {
+  return bytes ? toNSString(std::string_view(*bytes)) : nil;
+}
+
+std::u16string toUTF16(NSString* string) {
+  std::u16string units([string length], u'\0');
+  if (!units.empty()) {
+    [string getCharacters:reinterpret_cast<unichar*>(units.data()) range:NSMakeRange(0, units.size())];
+  }
+  return units;
+}
+
+std::string toBytes(NSString* string) { return platform::bytesFromUTF16(toUTF16(string)); }
+
+std::optional<std::string> toOptionalBytes(NSString* string) {
+  if (string == nil) return std::nullopt;
+  return toBytes(string);
+}
+
+std::vector<std::string> toByteStrings(NSArray* strings) {
+  std::vector<std::string> result;
+  result.reserve([strings count]);
+  for (id entry in strings) {
+    if ([entry isKindOfClass:[NSString class]]) result.push_back(toBytes(entry));
+  }
+  return result;
+}
+
+NSMutableArray* toNSArray(const std::vector<std::string>& strings) {
+  NSMutableArray* result = [NSMutableArray arrayWithCapacity:strings.size()];
+  for (const std::string& string : strings) [result addObject:toNSString(std::string_view(string))];
+  return result;
+}
+
+}  // namespace kr

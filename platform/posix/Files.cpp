@@ -1,0 +1,92 @@
+#include "platform/posix/Files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/Paths.h"
+#include "platform/posix/FileDescriptor.h"
+
+namespace kr::files {
+namespace {
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+struct Free {
+  void operator()(char* memory) const { std::free(memory); }
+};
+
+}  // namespace
+
+bool exists(const std::string& path) noexcept {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0;
+}
+
+bool itemExists(const std::string& path) noexcept {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0;
+}
+
+bool isFolder(const std::string& path) noexcept {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool isReadableFolder(const std::string& path) noexcept {
+  return isFolder(path) && ::access(path.c_str(), R_OK | X_OK) == 0;
+}
+
+std::optional<std::vector<std::string>> entries(const std::string& folder) {
+  const std::unique_ptr<DIR, CloseFolder> listing(::opendir(folder.c_str()));
+  if (!listing) return std::nullopt;
+  std::vector<std::string> names;
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(listing.get());
+    if (entry == nullptr) break;
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
+
+std::optional<std::string> contents(const std::string& path, std::size_t limit) {
+  const posix::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status {};
+  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  std::string bytes;
+  char buffer[16384];
+  for (;;) {
+    const ssize_t count = ::read(file.get(), buffer, sizeof buffer);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::nullopt;
+    if (count == 0) return bytes;
+    bytes.append(buffer, static_cast<std::size_t>(count));
+    if (bytes.size() > limit) return std::nullopt;
+  }
+}
+
+bool makeFolders(const std::string& path) noexcept {
+  if (path.empty()) return false;
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+    ::mkdir(path.substr(0, slash).c_str(), 0777);
+  }
+  ::mkdir(path.c_str(), 0777);
+  return isFolder(path);
+}
+
+std::optional<std::string> resolved(const std::string& path) {
+  const std::unique_ptr<char, Free> absolute(::realpath(path.c_str(), nullptr));
+  if (!absolute) return std::nullopt;
+  return std::string(absolute.get());
+}
+
+}  // namespace kr::files
