@@ -1,5 +1,6 @@
-// Sends Apple events to other applications. On macOS these are the system's own; elsewhere the same class, ID and
-// direct object travel over the desktop's message bus. Any thread; a send that waits for its reply blocks its caller.
+// Sends Apple events to other applications. On macOS these are the system's own; elsewhere the same class, ID
+// and direct object travel over the desktop's message bus. Any thread; a send that waits for its reply blocks
+// its caller.
 #pragma once
 
 #include <sys/types.h>
@@ -13,8 +14,8 @@
 
 namespace kr::platform {
 
-// Send modes are the bits of the Apple Event Manager: the two low bits say whether a reply is waited for (3) or not
-// wanted (1), the others are passed on to systems that know them.
+// Send modes are the bits of the Apple Event Manager: the two low bits say whether a reply is waited for (3)
+// or not wanted (1), the others are passed on to systems that know them.
 inline constexpr std::int32_t kSendWaitsForReply = 0x0003;
 
 struct AppleEvent {

@@ -13,9 +13,13 @@ class Applications {
   // Makes an application bundle known to the system. 0 is success, any other value the system's status.
   [[nodiscard]] virtual std::int32_t registerApplication(const std::string& path) = 0;
 
-  // Starts an application bundle, or opens a document with its default application. False when nothing was started.
-  // Does not wait for what it started.
+  // Starts an application bundle, or opens a document with its default application. False when nothing was
+  // started. Does not wait for what it started.
   [[nodiscard]] virtual bool open(const std::string& path) = 0;
+
+  // Hands a document to the program that opens documents on this desktop and returns at once: nobody hears
+  // whether it could be opened.
+  virtual void openInBackground(const std::string& path) = 0;
 
   // Tells file viewers that something changed at the path.
   virtual void noteFileSystemChanged(const std::string& path) = 0;

@@ -1,5 +1,5 @@
-// Time as the schedules of this system need it: a steady clock to measure with, a wall clock for dates, and sleeping.
-// Any thread.
+// Time as the schedules of this system need it: a steady clock to measure with, a wall clock for dates, and
+// sleeping. Any thread.
 #pragma once
 
 namespace kr::platform {

@@ -1,5 +1,5 @@
-// Why an operation on the disk or the desktop failed: the step, the path that it failed at, and the system's reason.
-// An operation answers std::optional<Failure>; none means that it succeeded.
+// Why an operation on the disk or the desktop failed: the step, the path that it failed at, and the system's
+// reason. An operation answers std::optional<Failure>; none means that it succeeded.
 #pragma once
 
 #include <string>

@@ -10,7 +10,9 @@ constexpr std::string_view kLengthModifiers = "hljztq";
 constexpr std::string_view kIntegerDirectives = "dixXuoc";
 constexpr std::string_view kFloatDirectives = "fFeEgGaA";
 
-bool contains(std::string_view set, char character) { return set.find(character) != std::string_view::npos; }
+bool contains(std::string_view set, char character) {
+  return set.find(character) != std::string_view::npos;
+}
 
 // The number printed by the C library with the flags, width and precision of the directive.
 template <class Number>

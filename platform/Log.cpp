@@ -29,6 +29,8 @@ std::string singleLine(std::string_view text) {
   return line;
 }
 
-void logLine(std::string_view text) noexcept { services().log->line(singleLine(text)); }
+void logLine(std::string_view text) noexcept {
+  services().log->line(singleLine(text));
+}
 
 }  // namespace kr::platform

@@ -1,5 +1,5 @@
-// The one way to the log. Every diagnostic is one line; the system's logger adds the time and the program's name and
-// writes it to standard error. Any thread.
+// The one way to the log. Every diagnostic is one line; the system's logger adds the time and the program's
+// name and writes it to standard error. Any thread.
 //
 //   kr::log("Quitting '%@': %@", signature, name);
 #pragma once
@@ -19,8 +19,8 @@ class LogSink {
   virtual void line(std::string_view text) noexcept = 0;
 };
 
-// The text with line breaks and other control characters written as escapes ("\n", "\x1b"), so that one event stays
-// one line and no file name can forge another.
+// The text with line breaks and other control characters written as escapes ("\n", "\x1b"), so that one event
+// stays one line and no file name can forge another.
 [[nodiscard]] std::string singleLine(std::string_view text);
 
 // Hands one finished line to the sink in force.

@@ -1,4 +1,5 @@
-// Path text, by the rules of Cocoa's path operations. Nothing here looks at the disk. Paths are file-system bytes.
+// Path text, by the rules of Cocoa's path operations. Nothing here looks at the disk. Paths are file-system
+// bytes.
 #pragma once
 
 #include <string>
@@ -24,7 +25,8 @@ namespace kr::paths {
 // "~" or "~/..." with the home folder in place of the tilde; any other path as it is.
 [[nodiscard]] std::string expandingTilde(std::string_view path, std::string_view home);
 
-// The home folder at the front of the path as "~"; only whole components count ("/rootx" is not inside "/root").
+// The home folder at the front of the path as "~"; only whole components count ("/rootx" is not inside
+// "/root").
 [[nodiscard]] std::string abbreviatingWithTilde(std::string_view path, std::string_view home);
 
 // Whether `path` is `folder` or lies below it. Both without links and "..", as paths of the disk.

@@ -12,8 +12,8 @@ class RunningApplication {
  public:
   virtual ~RunningApplication() = default;
 
-  // Asks the application to quit, as the user would. False when the request could not be delivered, which is so when
-  // the process has already gone.
+  // Asks the application to quit, as the user would. False when the request could not be delivered, which is
+  // so when the process has already gone.
   [[nodiscard]] virtual bool terminate() = 0;
 
   // Ends the process without asking. False as above.

@@ -1,5 +1,6 @@
-// The system's table of running applications: who runs, what each is called and where it lies. Every answer is about
-// the moment of the call; a process may end in the middle of any of them, which reads as "none". Any thread.
+// The system's table of running applications: who runs, what each is called and where it lies. Every answer
+// is about the moment of the call; a process may end in the middle of any of them, which reads as "none". Any
+// thread.
 #pragma once
 
 #include <sys/types.h>
@@ -23,8 +24,8 @@ class ProcessTable {
  public:
   virtual ~ProcessTable() = default;
 
-  // Every application of the session, oldest first: the same processes come in the same order at every call. The
-  // running program itself and background applications are among them.
+  // Every application of the session, oldest first: the same processes come in the same order at every call.
+  // The running program itself and background applications are among them.
   [[nodiscard]] virtual std::vector<SerialNumber> all() = 0;
 
   // The running program; none when the system does not know it.
@@ -48,14 +49,15 @@ class ProcessTable {
   // Path of the application's bundle, or of its executable where it has no bundle; file-system bytes.
   [[nodiscard]] virtual std::optional<std::string> bundleLocation(SerialNumber process) = 0;
 
-  // All that the system says about the process, as a serialised property list whose root is a dictionary (it holds at
-  // least what of "CFBundleIdentifier", "LSBackgroundOnly" and "LSUIElement" the bundle has).
+  // All that the system says about the process, as a serialised property list whose root is a dictionary (it
+  // holds at least what of "CFBundleIdentifier", "LSBackgroundOnly" and "LSUIElement" the bundle has).
   [[nodiscard]] virtual std::optional<std::string> information(SerialNumber process) = 0;
 
   // Whether the process was started from an application package of this system's native kind.
   [[nodiscard]] virtual bool isNativePackage(SerialNumber process) = 0;
 
-  // The data of the resource 'vers' 1 of an application without a bundle; none where there are no resource files.
+  // The data of the resource 'vers' 1 of an application without a bundle; none where there are no resource
+  // files.
   [[nodiscard]] virtual std::optional<std::string> versionResource(SerialNumber process) = 0;
 
   // Start of the process in seconds since 1970 UTC; 0.0 when the kernel does not say.

@@ -1,5 +1,5 @@
-// The identity of one running process: two 32-bit words that no other process of this boot shares. A process ID alone
-// is handed out again after its process has ended; a serial number is not.
+// The identity of one running process: two 32-bit words that no other process of this boot shares. A process
+// ID alone is handed out again after its process has ended; a serial number is not.
 #pragma once
 
 #include <cstdint>

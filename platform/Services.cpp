@@ -12,7 +12,9 @@ Services& current() noexcept {
 
 }  // namespace
 
-const Services& services() noexcept { return current(); }
+const Services& services() noexcept {
+  return current();
+}
 
 Services systemServices() noexcept {
   return {.appleEvents = &systemAppleEvents(),
@@ -33,6 +35,8 @@ ScopedServices::ScopedServices(const Services& replacement) noexcept : previous_
   current() = replacement;
 }
 
-ScopedServices::~ScopedServices() { current() = previous_; }
+ScopedServices::~ScopedServices() {
+  current() = previous_;
+}
 
 }  // namespace kr::platform

@@ -1,5 +1,5 @@
-// The set of platform services in force. The logic asks for a service at the moment it needs one, so a test can put a
-// service of its own in place for a scope:
+// The set of platform services in force. The logic asks for a service at the moment it needs one, so a test
+// can put a service of its own in place for a scope:
 //
 //   kr::platform::Services set = kr::platform::services();
 //   set.clock = &fakeClock;

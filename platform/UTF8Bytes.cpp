@@ -14,11 +14,18 @@ struct LeadByte {
   int following;
   char32_t lowest;  // a shorter form exists for anything below
 };
-constexpr std::array<LeadByte, 3> kLeadBytes{{{0xE0, 0xC0, 1, 0x80}, {0xF0, 0xE0, 2, 0x800}, {0xF8, 0xF0, 3, 0x10000}}};
+constexpr std::array<LeadByte, 3> kLeadBytes{
+    {{0xE0, 0xC0, 1, 0x80}, {0xF0, 0xE0, 2, 0x800}, {0xF8, 0xF0, 3, 0x10000}}};
 
-bool isSurrogate(char32_t point) { return point >= 0xD800 && point <= 0xDFFF; }
-bool isHigh(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isLow(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool isSurrogate(char32_t point) {
+  return point >= 0xD800 && point <= 0xDFFF;
+}
+bool isHigh(char16_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool isLow(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 // Decodes the character that starts at `bytes`; its length in bytes, 0 when it is not valid UTF-8.
 std::size_t decode(std::string_view bytes, char32_t& point) {
@@ -48,7 +55,8 @@ void append(std::string& bytes, char32_t point) {
     return;
   }
   const int following = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
-  bytes += static_cast<char>(kLeadBytes[static_cast<std::size_t>(following) - 1].value | point >> (6 * following));
+  bytes +=
+      static_cast<char>(kLeadBytes[static_cast<std::size_t>(following) - 1].value | point >> (6 * following));
   for (int shift = 6 * (following - 1); shift >= 0; shift -= 6) {
     bytes += static_cast<char>(0x80 | (point >> shift & 0x3F));
   }

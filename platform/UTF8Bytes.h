@@ -1,5 +1,5 @@
-// Bytes that are meant to be UTF-8, as UTF-16 units and back without loss: a byte that is not part of valid UTF-8 stands
-// as the lone surrogate U+DC00 + byte (0xDC80 to 0xDCFF) among the units.
+// Bytes that are meant to be UTF-8, as UTF-16 units and back without loss: a byte that is not part of valid
+// UTF-8 stands as the lone surrogate U+DC00 + byte (0xDC80 to 0xDCFF) among the units.
 #pragma once
 
 #include <string>

@@ -1,5 +1,6 @@
-// Which application is in front, and which is hidden. Requests go to the window manager, which may decline them; no
-// request reports a result. Without a window system there is no front application and requests do nothing. Any thread.
+// Which application is in front, and which is hidden. Requests go to the window manager, which may decline
+// them; no request reports a result. Without a window system there is no front application and requests do
+// nothing. Any thread.
 #pragma once
 
 #include <optional>

@@ -1,8 +1,8 @@
 // Between Cocoa's strings and the texts of the C++ core. Nothing else converts. Any thread.
 //
-// File-system paths and command-line words are bytes, and not every sequence of bytes is UTF-8. A byte that is not part
-// of valid UTF-8 becomes a lone surrogate (U+DC80 + byte - 0x80) in the NSString and the same byte again on the way
-// back, so a path survives the round trip whatever it holds.
+// File-system paths and command-line words are bytes, and not every sequence of bytes is UTF-8. A byte that
+// is not part of valid UTF-8 becomes a lone surrogate (U+DC80 + byte - 0x80) in the NSString and the same
+// byte again on the way back, so a path survives the round trip whatever it holds.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -8,7 +8,9 @@ NSString* toNSString(std::u16string_view units) {
   return [NSString stringWithCharacters:reinterpret_cast<const unichar*>(units.data()) length:units.size()];
 }
 
-NSString* toNSString(std::string_view bytes) { return toNSString(platform::utf16FromBytes(bytes)); }
+NSString* toNSString(std::string_view bytes) {
+  return toNSString(platform::utf16FromBytes(bytes));
+}
 
 NSString* toNSString(const std::optional<std::string>& bytes) {
   return bytes ? toNSString(std::string_view(*bytes)) : nil;
@@ -22,7 +24,9 @@ std::u16string toUTF16(NSString* string) {
   return units;
 }
 
-std::string toBytes(NSString* string) { return platform::bytesFromUTF16(toUTF16(string)); }
+std::string toBytes(NSString* string) {
+  return platform::bytesFromUTF16(toUTF16(string));
+}
 
 std::optional<std::string> toOptionalBytes(NSString* string) {
   if (string == nil) return std::nullopt;

@@ -9,8 +9,8 @@
 namespace kr {
 namespace {
 
-constexpr std::array<std::string_view, 4> kInformationFiles{"Contents/Info.plist", "Resources/Info-gnustep.plist",
-                                                            "Resources/Info.plist", "Info.plist"};
+constexpr std::array<std::string_view, 4> kInformationFiles{
+    "Contents/Info.plist", "Resources/Info-gnustep.plist", "Resources/Info.plist", "Info.plist"};
 constexpr std::array<std::string_view, 2> kResourceFolders{"Contents/Resources", "Resources"};
 
 }  // namespace

@@ -16,8 +16,9 @@
 namespace kr::platform {
 namespace {
 
-// Writes lines in the form of the system's logger, "2026-01-31 12:00:00.123 Name[pid:thread] text", but takes bytes of
-// any kind: the logger of Foundation goes through the locale's encoding and loses what does not fit in.
+// Writes lines in the form of the system's logger, "2026-01-31 12:00:00.123 Name[pid:thread] text", but takes
+// bytes of any kind: the logger of Foundation goes through the locale's encoding and loses what does not fit
+// in.
 class StandardErrorLog final : public LogSink {
  public:
   StandardErrorLog() : name_(paths::lastComponent(files::resolved("/proc/self/exe").value_or("?"))) {}
@@ -30,8 +31,8 @@ class StandardErrorLog final : public LogSink {
     std::array<char, 32> time{};
     const std::size_t length = ::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M:%S", &local);
     const std::string_view seconds(time.data(), length);
-    write(formatted("%@.%03d %@[%d:%ld] %@\n", seconds, now.tv_usec / 1000, name_, ::getpid(), ::syscall(SYS_gettid),
-                    text));
+    write(formatted("%@.%03d %@[%d:%ld] %@\n", seconds, now.tv_usec / 1000, name_, ::getpid(),
+                    ::syscall(SYS_gettid), text));
   }
 
  private:

@@ -8,8 +8,8 @@
 namespace kr::platform {
 namespace {
 
-// The Cocoa level that this port offers is that of 10.15; KR_SYSTEM_VERSION ("10.13") names another one, for support
-// and tests.
+// The Cocoa level that this port offers is that of 10.15; KR_SYSTEM_VERSION ("10.13") names another one, for
+// support and tests.
 constexpr int kOffered = 1015;
 
 struct Level {

@@ -1,4 +1,5 @@
-// Questions about the disk that POSIX answers on every system. Paths are file-system bytes. Any thread; nothing raises.
+// Questions about the disk that POSIX answers on every system. Paths are file-system bytes. Any thread;
+// nothing raises.
 #pragma once
 
 #include <optional>
@@ -19,8 +20,8 @@ namespace kr::files {
 // Whether the user may list the folder and reach what is in it.
 [[nodiscard]] bool isReadableFolder(const std::string& path) noexcept;
 
-// Names in a folder, without "." and "..", in the order in which the file system lists them; none when the folder
-// cannot be listed.
+// Names in a folder, without "." and "..", in the order in which the file system lists them; none when the
+// folder cannot be listed.
 [[nodiscard]] std::optional<std::vector<std::string>> entries(const std::string& folder);
 
 // The bytes of a file of at most `limit` bytes; none when it cannot be read or is larger.

@@ -1,0 +1,43 @@
+#include "platform/Program.h"
+
+#include "platform/Paths.h"
+#include "platform/SystemServices.h"
+#include "platform/posix/Files.h"
+
+namespace kr::platform {
+namespace {
+
+constexpr std::string_view kExecutableFolder = "/Contents/MacOS";
+
+class RunningProgram final : public Program {
+ public:
+  // Foundation decodes the command line in the locale's encoding, which loses bytes; the kernel keeps it as
+  // it was.
+  std::vector<std::string> arguments() override {
+    std::vector<std::string> words;
+    const std::string line = files::contents("/proc/self/cmdline").value_or("");
+    for (std::size_t start = 0; start < line.size();) {
+      const std::size_t end = line.find('\0', start);
+      words.push_back(line.substr(start, end - start));
+      if (end == std::string::npos) break;
+      start = end + 1;
+    }
+    return words;
+  }
+
+  std::string bundlePath() override {
+    const std::string executable = files::resolved("/proc/self/exe").value_or("");
+    std::string_view folder = paths::parent(executable);
+    if (folder.ends_with(kExecutableFolder)) folder.remove_suffix(kExecutableFolder.size());
+    return std::string(folder);
+  }
+};
+
+}  // namespace
+
+Program& systemProgram() noexcept {
+  static RunningProgram program;
+  return program;
+}
+
+}  // namespace kr::platform
