@@ -1,0 +1,155 @@
+// The installer's only window and all that happens in it: it fills the pages from the launch arguments,
+// starts the install thread when the user confirms, and shows how that ended. The main user-interface file
+// creates the one controller and connects its outlets; awakeFromNib does the rest. Main thread, but for the
+// operations that are marked "install thread".
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+@interface InstallerWinController : NSWindowController {
+ @public
+  IBOutlet NSTabView* tabView;  // page 0: read-me, page 1: install
+  IBOutlet NSTextField* nameField;
+  IBOutlet NSTextField* introField;  // a format with one "%@" as loaded; the final message at the end
+  IBOutlet NSTextField* pathField;
+  IBOutlet NSTextField* explanationField;  // a format with one "%@" as loaded
+  IBOutlet NSTextField* messageField;      // why an installation failed
+  IBOutlet NSImageView* iconField;
+  IBOutlet NSImageView* checkmarkField;
+  IBOutlet NSTextView* readMeTextView;
+  IBOutlet NSButton* installButton;
+  IBOutlet NSButton* cancelButton;
+  IBOutlet NSButton* helpButton;
+  IBOutlet NSProgressIndicator* progressIndicator;
+
+  // The launch arguments (KRInstallerInterface.h), owned: strings, and arrays of strings for the code lists.
+  // Built once during setup, read by the install thread, not changed after setup.
+  NSMutableDictionary* arguments;
+
+  // A final message is shown: the install button quits from now on.
+  BOOL finished;
+
+ @private
+  NSDictionary* productInfo;  // information dictionary of the product to install, owned
+  NSString*
+      displayVersion;  // version shown to the user: the argument, else that of the product; owned, may be nil
+}
+
+- (IBAction)install:(id)sender;
+- (IBAction)cancel:(id)sender;
+- (IBAction)openDocumentation:(id)sender;
+
+// Selects a page and gives the buttons the titles that go with it.
+- (void)selectTab:(NSInteger)index;
+
+// Any object starts the progress animation, nil stops it.
+- (void)animateProgress:(id)start;
+
+// Logs a text and shows it as the final message: the setup ends here.
+- (void)showSetupError:(NSString*)message;
+
+@end
+
+// The launch arguments, from the command line and from the product's bundle.
+@interface InstallerWinController (Arguments)
+
+// Fills `arguments` from the command line; does nothing once they are there.
+- (void)extractArguments;
+
+// The value of a key as a string, or as an array of strings; nil when there is none of that kind.
+- (NSString*)argument:(NSString*)key;
+- (NSArray*)codes:(NSString*)key;
+
+// The value of a key as the bytes of a path.
+- (BOOL)hasFileAtArgument:(NSString*)key;
+
+// Steps of the setup. The first three answer NO when the setup has ended with an error message.
+- (BOOL)completeSourcePath;
+- (BOOL)completeProductName;
+- (BOOL)completeCodes;
+- (void)completeDocumentation;
+
+@end
+
+// Where the product goes.
+@interface InstallerWinController (Destination)
+
+- (BOOL)isInUnsupportedFolder:(NSString*)path;
+
+// Path of the first login item whose file name begins with the prefix; nil when there is none.
+- (NSString*)autoLaunchPathFor:(NSString*)namePrefix;
+
+// Path of a running copy of the product; nil when there is none.
+- (NSString*)pathToProcessToReplace;
+
+- (NSString*)findPreferredDestinationFor:(NSString*)productName;
+- (NSString*)applicationsDirectory;
+
+// A path for people: every component under its display name; localizedPath: abbreviates the home folder as
+// well.
+- (NSString*)recursiveLocalizedPath:(NSString*)path;
+- (NSString*)localizedPath:(NSString*)path;
+
+// Settles "destinationPath" and "wrapperPath" and shows the destination.
+- (void)resolveDestination;
+
+@end
+
+// Whether the user may write somewhere. Any thread.
+@interface InstallerWinController (Permissions)
+
+- (BOOL)canWriteToFile:(NSString*)path;
+- (BOOL)canWriteToDirectory:(NSString*)path;
+- (BOOL)canWriteToFileOrDirectory:(NSString*)path;
+
+// Whether the destination can be written without further rights; logs why not.
+- (BOOL)canWriteToPath:(NSString*)path;
+
+@end
+
+// Quitting running copies of the product. Install thread.
+@interface InstallerWinController (Quitting)
+
+// Whether one of the four-character strings stands for the code.
+- (BOOL)signature:(uint32_t)code isInArray:(NSArray*)signatures;
+
+// Asks every running copy to quit; does not wait.
+- (void)quitProcesses;
+
+// Name of the first copy that still runs; nil when there is none.
+- (NSString*)processToQuitStillRunning;
+
+@end
+
+// The installation itself. Install thread.
+@interface InstallerWinController (Installing)
+
+// Body of the thread: quit, copy, launch; hands the result to installationFinished: on the main thread.
+- (void)installThread;
+
+// nil when the product is in place, else the key of a failure text.
+- (NSString*)installMyselfInDestination;
+
+// "%@ %@" of product name and version, set when a copy starts and kept; nil before the first. Any thread.
++ (NSString*)installationInProgress;
+
+@end
+
+// Registering and starting the installed product. Install thread.
+@interface InstallerWinController (Launching)
+
+- (void)launchInstalledProduct:(NSString*)destination;
+
+@end
+
+// How an installation ends.
+@interface InstallerWinController (Completion)
+
+// nil: the product was installed. Any other text is shown as the reason why it was not, and the user may try
+// again.
+- (void)installationFinished:(NSString*)failure;
+
+// Turns the window into the final page with the text, a format with one "%@" for the product name.
+- (void)showFinalMessage:(NSString*)format;
+
+@end

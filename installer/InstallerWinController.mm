@@ -1,0 +1,227 @@
+#import "installer/InstallerWinController.h"
+
+#import "installer/KRInstallerInterface.h"
+#include "installer/LaunchArguments.h"
+#import "installer/Localized.h"
+#include "installer/LogRedirection.h"
+#import "library/appearance/KRViewExtensions.h"
+#import "library/process/KRProcess.h"
+#import "library/utilities/KRUtilities.h"
+#include "platform/Log.h"
+#include "platform/PrepareApplication.h"
+#include "platform/Program.h"
+#include "platform/Services.h"
+#include "platform/StandardFolders.h"
+#import "platform/cocoa/Bridging.h"
+#import "platform/cocoa/PropertyLists.h"
+
+using kr::toBytes;
+using kr::toNSString;
+
+namespace {
+
+constexpr NSInteger kReadMePage = 0;
+constexpr NSInteger kInstallPage = 1;
+
+// What the bundle says under a key, when it is text.
+NSString* textIn(NSDictionary* dictionary, NSString* key) {
+  id value = [dictionary objectForKey:key];
+  return [value isKindOfClass:[NSString class]] ? value : nil;
+}
+
+NSImage* imageAt(NSString* path) {
+  return [path length] == 0 ? nil : [[[NSImage alloc] initWithContentsOfFile:path] autorelease];
+}
+
+}  // namespace
+
+@interface InstallerWinController ()
+- (void)redirectLog;
+- (void)prepareWindow;
+- (void)showIcon;
+- (void)showTexts;
+- (void)showReadMe;
+- (void)bringToFront;
+@end
+
+@implementation InstallerWinController
+
+- (void)dealloc {
+  [arguments release];
+  [productInfo release];
+  [displayVersion release];
+  [super dealloc];
+}
+
+#pragma mark Setup
+
+- (void)awakeFromNib {
+  [self redirectLog];
+  [self prepareWindow];
+  [self extractArguments];
+  if (![self completeSourcePath] || ![self completeProductName]) return;
+
+  NSString* sourcePath = [self argument:KRInstallerKeySourcePath];
+  [[self window] setTitle:kr::filled([[self window] title], [self argument:KRInstallerKeyProductName])];
+  productInfo = [kr::bundleInfoDictionary(toBytes(sourcePath)) retain];
+  [self showIcon];
+  NSString* version = [self argument:KRInstallerKeyVersion];
+  displayVersion = [(version ? version : textIn(productInfo, @"CFBundleShortVersionString")) copy];
+
+  [self resolveDestination];
+  [self completeDocumentation];
+  if (![self completeCodes]) return;
+
+  [self showTexts];
+  [self showReadMe];
+  [self bringToFront];
+}
+
+// A product that starts the installer wants its log in a file; a user who opens it sees the log where the
+// system shows that of every application.
+- (void)redirectLog {
+  if (kr::isStartedByProduct(kr::platform::services().program->arguments())) {
+    kr::redirectStandardStreams(kr::platform::services().folders->home());
+  } else {
+    kr::log("direct invocation");
+  }
+}
+
+- (void)prepareWindow {
+  kr::platform::finishWindow([self window]);
+  [nameField setStringValue:@""];
+  [tabView setTabViewType:NSNoTabsNoBorder];
+  [self selectTab:kInstallPage];
+}
+
+- (void)showIcon {
+  NSString* sourcePath = [self argument:KRInstallerKeySourcePath];
+  NSImage* icon = imageAt([self argument:KRInstallerKeyIconPath]);
+  NSString* name = textIn(productInfo, @"CFBundleIconFile");
+  if (icon == nil && [name length] > 0) {
+    const std::string source = toBytes(sourcePath);
+    std::string path = kr::bundleResourcePath(source, toBytes(name), "icns");
+    if (path.empty()) path = kr::bundleResourcePath(source, toBytes(name), "");
+    icon = imageAt(toNSString(path));
+  }
+  if (icon == nil) icon = [[NSWorkspace sharedWorkspace] iconForFile:sourcePath];
+  if (icon == nil) return;
+  [iconField setImage:icon];
+  [NSApp setApplicationIconImage:icon];
+}
+
+- (void)showTexts {
+  NSString* name = [self argument:KRInstallerKeyProductName];
+  [nameField
+      setStringValue:displayVersion ? [NSString stringWithFormat:@"%@ %@", name, displayVersion] : name];
+  [introField setStringValue:kr::filled([introField stringValue], name)];
+
+  NSString* explanation = kr::filled([explanationField stringValue], name);
+  const BOOL hasDocumentation = [self hasFileAtArgument:KRInstallerKeyDocumentationPath];
+  if (hasDocumentation) {
+    NSString* hint = kr::localized(@"If you wish to read the documentation first, click the \"?\" button.");
+    explanation = [NSString stringWithFormat:@"%@ %@", hint, explanation];
+  }
+  [explanationField setStringValue:explanation];
+  [helpButton setHidden:!hasDocumentation];
+  [messageField setHidden:YES];
+}
+
+- (void)showReadMe {
+  if ([self hasFileAtArgument:KRInstallerKeyReadMePath]) {
+    [readMeTextView useLightAquaAppearance:YES];
+    NSAttributedString* text =
+        [[NSAttributedString alloc] initWithPath:[self argument:KRInstallerKeyReadMePath]
+                              documentAttributes:nullptr];
+    if (text != nil) [[readMeTextView textStorage] setAttributedString:text];
+    [text release];
+    [self selectTab:kReadMePage];
+  } else {
+    [self selectTab:kInstallPage];
+  }
+}
+
+- (void)bringToFront {
+  [checkmarkField setHidden:YES];
+  NSWindow* window = [self window];
+  [window center];
+  [window makeKeyAndOrderFront:nil];
+  [window orderFrontRegardless];
+  [window makeMainWindow];
+  [[KRProcess currentProcess] setFrontProcess];
+}
+
+- (void)showSetupError:(NSString*)message {
+  kr::log("%@", toBytes(message));
+  [self showFinalMessage:message];
+  NSWindow* window = [self window];
+  if ([[window title] rangeOfString:@"%"].location != NSNotFound) [window setTitle:@""];
+}
+
+#pragma mark Pages and buttons
+
+- (void)selectTab:(NSInteger)index {
+  [tabView selectTabViewItemAtIndex:index];
+  [installButton setTitle:kr::localized(index == kReadMePage ? @"Continue" : @"Install")];
+  if ([self argument:KRInstallerKeyReadMePath] != nil) {
+    [cancelButton setTitle:kr::localized(index == kReadMePage ? @"Cancel" : @"Go Back")];
+  }
+}
+
+- (NSInteger)selectedPage {
+  return [tabView indexOfTabViewItem:[tabView selectedTabViewItem]];
+}
+
+- (IBAction)install:(id)__unused sender {
+  if (finished) {
+    [NSApp terminate:self];
+  } else if ([self selectedPage] == kReadMePage) {
+    [self selectTab:kInstallPage];
+  } else {
+    [installButton setEnabled:NO];
+    [cancelButton setEnabled:NO];
+    [NSThread detachNewThreadSelector:@selector(installThread) toTarget:self withObject:nil];
+  }
+}
+
+- (IBAction)cancel:(id)__unused sender {
+  if ([self argument:KRInstallerKeyReadMePath] != nil && [self selectedPage] == kInstallPage) {
+    [self selectTab:kReadMePage];
+  } else {
+    [NSApp terminate:self];
+  }
+}
+
+- (IBAction)openDocumentation:(id)__unused sender {
+  NSString* path = [self argument:KRInstallerKeyDocumentationPath];
+  if (path == nil) {
+    kr::log("documentation path missing");
+    NSBeep();
+  } else {
+    [KRUtilities openFile:path];
+  }
+  // Whatever the button answers, the window stays as it is.
+  (void)[[[self window] standardWindowButton:NSWindowMiniaturizeButton] isEnabled];
+}
+
+- (void)animateProgress:(id)start {
+  if (start != nil) {
+    [progressIndicator startAnimation:self];
+  } else {
+    [progressIndicator stopAnimation:self];
+  }
+}
+
+#pragma mark Application
+
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)__unused application {
+  return YES;
+}
+
+// Launch arguments hold bare words ("-quitCode AAAA BBBB"), which the toolkit takes for files to open. They
+// are none, and unanswered they would end in an alert.
+- (BOOL)application:(NSApplication*)__unused application openFile:(NSString*)__unused path {
+  return YES;
+}
+
+@end

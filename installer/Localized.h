@@ -1,0 +1,17 @@
+// Texts for the user. The English text is the key and the fallback. Any thread.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+namespace kr {
+
+// From the strings table of the application.
+[[nodiscard]] NSString* localized(NSString* englishText);
+
+// The text as a format, filled with the value; every placeholder ("%@", "%1$@") takes the same value.
+[[nodiscard]] NSString* filled(NSString* format, NSString* value);
+
+// localized(), then filled().
+[[nodiscard]] NSString* localizedFormat(NSString* englishFormat, NSString* value);
+
+}  // namespace kr

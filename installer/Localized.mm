@@ -1,0 +1,21 @@
+#import "installer/Localized.h"
+
+#import "installer/InstallerWinController.h"
+
+namespace kr {
+
+NSString* localized(NSString* englishText) {
+  NSBundle* bundle = [NSBundle bundleForClass:[InstallerWinController class]];
+  return [bundle localizedStringForKey:englishText value:@"" table:nil];
+}
+
+NSString* filled(NSString* format, NSString* value) {
+  if ([format rangeOfString:@"%"].location == NSNotFound) return format;
+  return [NSString stringWithFormat:format, value];
+}
+
+NSString* localizedFormat(NSString* englishFormat, NSString* value) {
+  return filled(localized(englishFormat), value);
+}
+
+}  // namespace kr
