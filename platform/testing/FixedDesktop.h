@@ -1,0 +1,93 @@
+// Desktop services with settable answers: folders, login items, the running program, the application database.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Applications.h"
+#include "platform/LoginItems.h"
+#include "platform/Paths.h"
+#include "platform/Program.h"
+#include "platform/StandardFolders.h"
+#include "platform/SystemVersion.h"
+
+namespace kr::platform::testing {
+
+class FixedFolders final : public StandardFolders {
+ public:
+  std::string homeFolder = "/home/user";
+  std::optional<std::string> local = "/Applications";
+  std::optional<std::string> user = "/home/user/Applications";
+  std::map<std::string, std::string> displayNames;  // by path; others show their last component
+
+  std::string home() override { return homeFolder; }
+  std::optional<std::string> localApplications() override { return local; }
+  std::optional<std::string> userApplications() override { return user; }
+  std::string displayName(const std::string& path) override {
+    const auto named = displayNames.find(path);
+    return named != displayNames.end() ? named->second : std::string(kr::paths::lastComponent(path));
+  }
+};
+
+class FixedLoginItems final : public LoginItems {
+ public:
+  std::optional<std::vector<std::string>> items = std::vector<std::string>{};
+
+  std::optional<std::vector<std::string>> paths() override { return items; }
+};
+
+class FixedProgram final : public Program {
+ public:
+  std::vector<std::string> words{"/Applications/VelmoraInstaller.app/VelmoraInstaller"};
+  std::string bundle = "/Applications/VelmoraInstaller.app";
+
+  std::vector<std::string> arguments() override { return words; }
+  std::string bundlePath() override { return bundle; }
+};
+
+class FixedSystemVersion final : public SystemVersion {
+ public:
+  double appKit = 1894;
+
+  double appKitVersion() override { return appKit; }
+};
+
+// Records what it is asked for. Any thread.
+class RecordingApplications final : public Applications {
+ public:
+  std::int32_t registrationStatus = 0;
+  int opensAfterAttempts = 1;  // the attempt at which open() succeeds; 0 is never
+
+  std::int32_t registerApplication(const std::string& path) override {
+    record("register " + path);
+    return registrationStatus;
+  }
+  bool open(const std::string& path) override {
+    record("open " + path);
+    const std::lock_guard lock(mutex_);
+    return ++attempts_ == opensAfterAttempts;
+  }
+  void openInBackground(const std::string& path) override { record("openInBackground " + path); }
+  void noteFileSystemChanged(const std::string& path) override { record("noteFileSystemChanged " + path); }
+
+  // Every call so far, as "operation path".
+  [[nodiscard]] std::vector<std::string> calls() const {
+    const std::lock_guard lock(mutex_);
+    return calls_;
+  }
+
+ private:
+  void record(std::string call) {
+    const std::lock_guard lock(mutex_);
+    calls_.push_back(std::move(call));
+  }
+
+  mutable std::mutex mutex_;
+  std::vector<std::string> calls_;
+  int attempts_ = 0;
+};
+
+}  // namespace kr::platform::testing
