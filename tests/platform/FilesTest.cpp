@@ -1,0 +1,75 @@
+#include "platform/posix/Files.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "tests/support/ScratchFolder.h"
+
+namespace kr::files {
+namespace {
+
+class Files : public ::testing::Test {
+ protected:
+  kr::testing::ScratchFolder scratch_;
+};
+
+TEST_F(Files, ADanglingLinkIsAnItemThatDoesNotExist) {
+  ASSERT_EQ(::symlink("nowhere", (scratch_ / "link").c_str()), 0);
+  EXPECT_FALSE(exists(scratch_ / "link"));
+  EXPECT_TRUE(itemExists(scratch_ / "link"));
+  EXPECT_FALSE(itemExists(scratch_ / "other"));
+}
+
+TEST_F(Files, AFolderMayBeReachedThroughALink) {
+  scratch_.folder("folder");
+  scratch_.file("file");
+  ASSERT_EQ(::symlink("folder", (scratch_ / "link").c_str()), 0);
+  EXPECT_TRUE(isFolder(scratch_ / "link"));
+  EXPECT_TRUE(isReadableFolder(scratch_ / "folder"));
+  EXPECT_FALSE(isFolder(scratch_ / "file"));
+  EXPECT_FALSE(isReadableFolder(scratch_ / "file"));
+}
+
+TEST_F(Files, EntriesAreAllNamesButTheTwoDots) {
+  scratch_.file("folder/.hidden");
+  scratch_.file("folder/b\xFF\n");
+  auto names = entries(scratch_ / "folder").value();
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{".hidden", "b\xFF\n"}));
+  EXPECT_EQ(entries(scratch_ / "missing"), std::nullopt);
+}
+
+TEST_F(Files, ContentsAreReadUpToTheLimit) {
+  scratch_.file("file", std::string(20000, 'x'));
+  EXPECT_EQ(contents(scratch_ / "file").value().size(), 20000U);
+  EXPECT_EQ(contents(scratch_ / "file", 19999), std::nullopt);
+  EXPECT_EQ(contents(scratch_ / "missing"), std::nullopt);
+  EXPECT_EQ(contents(scratch_.path()), std::nullopt);
+}
+
+TEST_F(Files, AFifoIsNotWaitedFor) {
+  ASSERT_EQ(::mkfifo((scratch_ / "fifo").c_str(), 0600), 0);
+  EXPECT_EQ(contents(scratch_ / "fifo"), std::nullopt);
+}
+
+TEST_F(Files, MissingFoldersAreMadeAllTheWay) {
+  EXPECT_TRUE(makeFolders(scratch_ / "a/b/c"));
+  EXPECT_TRUE(isFolder(scratch_ / "a/b/c"));
+  EXPECT_TRUE(makeFolders(scratch_ / "a/b/c"));
+  scratch_.file("file");
+  EXPECT_FALSE(makeFolders(scratch_ / "file/x"));
+  EXPECT_FALSE(makeFolders(""));
+}
+
+TEST_F(Files, ResolvedPathsHaveNoLinks) {
+  scratch_.folder("folder");
+  ASSERT_EQ(::symlink("folder", (scratch_ / "link").c_str()), 0);
+  EXPECT_EQ(resolved(scratch_ / "link/../link"), scratch_ / "folder");
+  EXPECT_EQ(resolved(scratch_ / "missing"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kr::files

@@ -1,0 +1,42 @@
+#include "platform/UTF8Bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace kr::platform {
+namespace {
+
+TEST(UTF8Bytes, ValidTextIsDecoded) {
+  EXPECT_EQ(utf16FromBytes("aé€😀"), u"aé€😀");
+  EXPECT_EQ(bytesFromUTF16(u"aé€😀"), "aé€😀");
+  EXPECT_EQ(utf16FromBytes(""), u"");
+}
+
+TEST(UTF8Bytes, BytesThatAreNoUTF8BecomeLoneSurrogatesAndComeBack) {
+  EXPECT_EQ(utf16FromBytes("a\xFF"), (std::u16string{u'a', 0xDCFF}));
+  for (const std::string bytes : {"\x80", "\xC3", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+                                  "\xF8\x88", "x\xC3(\xE2\x28\xA1"}) {
+    EXPECT_EQ(bytesFromUTF16(utf16FromBytes(bytes)), bytes);
+  }
+}
+
+TEST(UTF8Bytes, LoneSurrogatesThatStandForNoByteAreReplaced) {
+  EXPECT_EQ(bytesFromUTF16(std::u16string{0xD800}), "\xEF\xBF\xBD");
+  EXPECT_EQ(bytesFromUTF16(std::u16string{0xDC00, u'a'}),
+            "\xEF\xBF\xBD"
+            "a");
+}
+
+TEST(UTF8Bytes, AnyBytesSurviveTheRoundTrip) {
+  std::mt19937 random(20);
+  for (int round = 0; round < 2000; ++round) {
+    std::string bytes(random() % 40, '\0');
+    for (char& byte : bytes)
+      byte = static_cast<char>(random() % (round % 2 == 0 ? 256 : 8) + (round % 2 == 0 ? 0 : 0xE0));
+    ASSERT_EQ(bytesFromUTF16(utf16FromBytes(bytes)), bytes);
+  }
+}
+
+}  // namespace
+}  // namespace kr::platform
