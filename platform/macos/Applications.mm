@@ -1,0 +1,47 @@
+#include "platform/Applications.h"
+
+#import <AppKit/AppKit.h>
+
+#include "platform/SystemServices.h"
+#import "platform/cocoa/Bridging.h"
+
+namespace kr::platform {
+namespace {
+
+NSString* const kOpener = @"/usr/bin/open";
+
+class WorkspaceApplications final : public Applications {
+ public:
+  std::int32_t registerApplication(const std::string& path) override {
+    @autoreleasepool {
+      return LSRegisterURL((CFURLRef)[NSURL fileURLWithPath:toNSString(path)], true);
+    }
+  }
+
+  bool open(const std::string& path) override {
+    @autoreleasepool {
+      return [[NSWorkspace sharedWorkspace] openFile:toNSString(path)] != NO;
+    }
+  }
+
+  void openInBackground(const std::string& path) override {
+    @autoreleasepool {
+      [NSTask launchedTaskWithLaunchPath:kOpener arguments:@[ toNSString(path) ]];
+    }
+  }
+
+  void noteFileSystemChanged(const std::string& path) override {
+    @autoreleasepool {
+      [[NSWorkspace sharedWorkspace] noteFileSystemChanged:toNSString(path)];
+    }
+  }
+};
+
+}  // namespace
+
+Applications& systemApplications() noexcept {
+  static WorkspaceApplications applications;
+  return applications;
+}
+
+}  // namespace kr::platform

@@ -1,0 +1,25 @@
+#include "platform/macos/CFText.h"
+
+#import <Foundation/Foundation.h>
+
+#include <limits.h>
+
+#include <array>
+
+#import "platform/cocoa/Bridging.h"
+
+namespace kr::macos {
+
+std::string text(CFStringRef string) {
+  return toBytes((NSString*)string);
+}
+
+std::optional<std::string> path(CFURLRef location) {
+  std::array<UInt8, PATH_MAX> bytes{};
+  if (location == nullptr || !CFURLGetFileSystemRepresentation(location, true, bytes.data(), bytes.size())) {
+    return std::nullopt;
+  }
+  return std::string(reinterpret_cast<const char*>(bytes.data()));
+}
+
+}  // namespace kr::macos

@@ -1,0 +1,28 @@
+#include "platform/Log.h"
+
+#import <Foundation/Foundation.h>
+
+#include "platform/SystemServices.h"
+#import "platform/cocoa/Bridging.h"
+
+namespace kr::platform {
+namespace {
+
+class SystemLog final : public LogSink {
+ public:
+  // The text is an argument and never the format: it may hold percent signs.
+  void line(std::string_view text) noexcept override {
+    @autoreleasepool {
+      NSLog(@"%@", toNSString(text));
+    }
+  }
+};
+
+}  // namespace
+
+LogSink& systemLog() noexcept {
+  static SystemLog log;
+  return log;
+}
+
+}  // namespace kr::platform

@@ -1,0 +1,15 @@
+// Reads the version resource of an application from before bundles.
+#pragma once
+
+#include <CoreServices/CoreServices.h>
+
+#include <optional>
+#include <string>
+
+namespace kr::macos {
+
+// The data of the resource 'vers' 1 in the resource fork of the file; none without such a fork or resource.
+// Any thread.
+[[nodiscard]] std::optional<std::string> versionResource(const FSRef& file);
+
+}  // namespace kr::macos
