@@ -17,6 +17,9 @@ namespace kr {
 // Never nil. The result is autoreleased.
 [[nodiscard]] NSString* toNSString(std::string_view bytes);
 [[nodiscard]] NSString* toNSString(std::u16string_view units);
+[[nodiscard]] inline NSString* toNSString(const std::string& bytes) {
+  return toNSString(std::string_view(bytes));
+}
 
 // nil for no text.
 [[nodiscard]] NSString* toNSString(const std::optional<std::string>& bytes);
