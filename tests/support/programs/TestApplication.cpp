@@ -1,5 +1,5 @@
 // The executable of the applications that tests start. It does what its words say, writes "ready" and then
-// waits for its end, which comes by a signal or when its standard input is closed by the test's end.
+// waits for the signal that ends it. It does not outlive the test program.
 //
 //   stubborn      ignores polite requests to end
 //   slow N        ends N milliseconds after a polite request

@@ -1,0 +1,85 @@
+#include "platform/linux/AppleEventConnection.h"
+
+#include <cstdlib>
+
+#include "platform/posix/Files.h"
+
+namespace kr::platform {
+namespace {
+
+constexpr unsigned kConnectMilliseconds = 2000;
+
+// The address of the session bus by its usual places; empty when there is none. GIO's own search would start
+// a bus.
+std::string sessionBusAddress() {
+  if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address != nullptr && *address != '\0') {
+    return address;
+  }
+  const char* folder = std::getenv("XDG_RUNTIME_DIR");
+  if (folder == nullptr || *folder == '\0') return {};
+  const std::string socket = std::string(folder) + "/bus";
+  return files::exists(socket) ? "unix:path=" + socket : std::string();
+}
+
+struct FreeContext {
+  void operator()(GMainContext* context) const { ::g_main_context_unref(context); }
+};
+struct FreeSource {
+  void operator()(GSource* source) const { ::g_source_unref(source); }
+};
+
+struct Attempt {
+  bool done = false;
+  GDBusConnection* connection = nullptr;
+};
+
+// Waits for the connection in a context of its own, with a limit that the blocking form of the call does not
+// have.
+glib::Object<GDBusConnection> connectTo(const std::string& address) {
+  const std::unique_ptr<GMainContext, FreeContext> context(::g_main_context_new());
+  ::g_main_context_push_thread_default(context.get());
+  const glib::Object<GCancellable> cancellable(::g_cancellable_new());
+  const std::unique_ptr<GSource, FreeSource> limit(::g_timeout_source_new(kConnectMilliseconds));
+  ::g_source_set_callback(
+      limit.get(),
+      [](gpointer data) -> gboolean {
+        ::g_cancellable_cancel(static_cast<GCancellable*>(data));
+        return G_SOURCE_REMOVE;
+      },
+      cancellable.get(), nullptr);
+  ::g_source_attach(limit.get(), context.get());
+  Attempt attempt;
+  ::g_dbus_connection_new_for_address(
+      address.c_str(),
+      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, cancellable.get(),
+      [](GObject*, GAsyncResult* result, gpointer data) {
+        auto* waiting = static_cast<Attempt*>(data);
+        waiting->connection = ::g_dbus_connection_new_for_address_finish(result, nullptr);
+        waiting->done = true;
+      },
+      &attempt);
+  while (!attempt.done) ::g_main_context_iteration(context.get(), TRUE);
+  ::g_source_destroy(limit.get());
+  ::g_main_context_pop_thread_default(context.get());
+  return glib::Object<GDBusConnection>(attempt.connection);
+}
+
+}  // namespace
+
+glib::Object<GDBusConnection> AppleEventConnection::get() {
+  const std::lock_guard lock(mutex_);
+  const std::string address = sessionBusAddress();
+  if (connection_ && (address != address_ || ::g_dbus_connection_is_closed(connection_.get()) != FALSE)) {
+    connection_.reset();
+  }
+  if (!connection_ && !address.empty()) {
+    connection_ = connectTo(address);
+    address_ = address;
+  }
+  if (!connection_) return nullptr;
+  return glib::Object<GDBusConnection>(g_object_ref(connection_.get()));
+}
+
+}  // namespace kr::platform

@@ -1,0 +1,68 @@
+// A connection of our own to the X server, beside that of the toolkit. It is made when it is first wanted,
+// and made anew after the server was lost or DISPLAY has changed. Not thread-safe: the owner locks.
+#pragma once
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_ewmh.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace kr::platform {
+
+// Owns what XCB allocates with malloc: replies, errors, events.
+struct FreeX11 {
+  void operator()(void* memory) const { std::free(memory); }
+};
+template <class Type>
+using X11Reply = std::unique_ptr<Type, FreeX11>;
+
+// One working connection and what every request needs to know of the server.
+class X11Session {
+ public:
+  // Null where there is no server at DISPLAY.
+  [[nodiscard]] static std::unique_ptr<X11Session> open();
+  ~X11Session();
+  X11Session(const X11Session&) = delete;
+  X11Session& operator=(const X11Session&) = delete;
+
+  [[nodiscard]] bool isLost() const { return ::xcb_connection_has_error(connection_) != 0; }
+
+  [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
+  [[nodiscard]] xcb_ewmh_connection_t* ewmh() { return &ewmh_; }
+  [[nodiscard]] int screen() const { return screen_; }
+  [[nodiscard]] xcb_window_t root() const { return root_; }
+  [[nodiscard]] xcb_atom_t windowState() const { return windowState_; }
+  [[nodiscard]] xcb_atom_t changeState() const { return changeState_; }
+  // Whether the server can say which process a window belongs to.
+  [[nodiscard]] bool knowsProcesses() const { return knowsProcesses_; }
+
+ private:
+  explicit X11Session(xcb_connection_t* connection, int screen) : connection_(connection), screen_(screen) {}
+  bool prepare();
+
+  xcb_connection_t* connection_;
+  int screen_;
+  xcb_ewmh_connection_t ewmh_{};
+  bool ewmhReady_ = false;
+  xcb_window_t root_ = XCB_NONE;
+  xcb_atom_t windowState_ = XCB_NONE;
+  xcb_atom_t changeState_ = XCB_NONE;
+  bool knowsProcesses_ = false;
+};
+
+class X11Connection {
+ public:
+  // The session in use; null without a server. A server that did not answer is not asked again for a second,
+  // unless DISPLAY names another one.
+  [[nodiscard]] X11Session* session();
+
+ private:
+  std::unique_ptr<X11Session> session_;
+  std::string display_;
+  std::chrono::steady_clock::time_point nextAttempt_;
+};
+
+}  // namespace kr::platform
