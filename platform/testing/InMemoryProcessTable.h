@@ -6,6 +6,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <initializer_list>
 #include <mutex>
 #include <optional>
@@ -44,10 +45,12 @@ struct InMemoryProcess {
 
 class InMemoryProcessTable final : public ProcessTable {
  public:
-  // Adds a running process at the end of the list. Its serial number is {1, pid} unless one is given.
+  // Adds a running process at the end of the list. Unless one is given, its serial number is one that no
+  // process of any table has had before, as process objects are kept from test to test.
   SerialNumber add(InMemoryProcess process) {
     const std::lock_guard lock(mutex_);
-    if (process.serial == SerialNumber{}) process.serial = {1, static_cast<std::uint32_t>(process.pid)};
+    if (process.serial == SerialNumber{})
+      process.serial = {++started(), static_cast<std::uint32_t>(process.pid)};
     running_.push_back(process);
     return process.serial;
   }
@@ -136,6 +139,11 @@ class InMemoryProcessTable final : public ProcessTable {
   }
 
  private:
+  static std::atomic<std::uint32_t>& started() {
+    static std::atomic<std::uint32_t> count = 0;
+    return count;
+  }
+
   template <class Test>
   std::optional<InMemoryProcess> first(Test test) const {
     const std::lock_guard lock(mutex_);
