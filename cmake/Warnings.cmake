@@ -4,6 +4,8 @@ target_include_directories(kr_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(kr_options INTERFACE
   -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Wimplicit-fallthrough -Wunreachable-code
   $<$<BOOL:${KR_WARNINGS_AS_ERRORS}>:-Werror>
+  # The sender of an action cannot be left unnamed.
+  $<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-unused-parameter>
   # A method that a class does not have shows at run time only, as "unrecognized selector".
   $<$<COMPILE_LANGUAGE:OBJCXX>:-Werror=objc-method-access>)
 if(KR_SANITIZE)

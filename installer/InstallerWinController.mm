@@ -8,7 +8,7 @@
 #import "library/process/KRProcess.h"
 #import "library/utilities/KRUtilities.h"
 #include "platform/Log.h"
-#include "platform/PrepareApplication.h"
+#import "platform/cocoa/PrepareApplication.h"
 #include "platform/Program.h"
 #include "platform/Services.h"
 #include "platform/StandardFolders.h"
@@ -172,7 +172,7 @@ NSImage* imageAt(NSString* path) {
   return [tabView indexOfTabViewItem:[tabView selectedTabViewItem]];
 }
 
-- (IBAction)install:(id)__unused sender {
+- (IBAction)install:(id)sender {
   if (finished) {
     [NSApp terminate:self];
   } else if ([self selectedPage] == kReadMePage) {
@@ -184,7 +184,7 @@ NSImage* imageAt(NSString* path) {
   }
 }
 
-- (IBAction)cancel:(id)__unused sender {
+- (IBAction)cancel:(id)sender {
   if ([self argument:KRInstallerKeyReadMePath] != nil && [self selectedPage] == kInstallPage) {
     [self selectTab:kReadMePage];
   } else {
@@ -192,7 +192,7 @@ NSImage* imageAt(NSString* path) {
   }
 }
 
-- (IBAction)openDocumentation:(id)__unused sender {
+- (IBAction)openDocumentation:(id)sender {
   NSString* path = [self argument:KRInstallerKeyDocumentationPath];
   if (path == nil) {
     kr::log("documentation path missing");
@@ -214,13 +214,13 @@ NSImage* imageAt(NSString* path) {
 
 #pragma mark Application
 
-- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)__unused application {
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application {
   return YES;
 }
 
 // Launch arguments hold bare words ("-quitCode AAAA BBBB"), which the toolkit takes for files to open. They
 // are none, and unanswered they would end in an alert.
-- (BOOL)application:(NSApplication*)__unused application openFile:(NSString*)__unused path {
+- (BOOL)application:(NSApplication*)application openFile:(NSString*)path {
   return YES;
 }
 

@@ -1,6 +1,6 @@
 #import <AppKit/AppKit.h>
 
-#include "platform/PrepareApplication.h"
+#import "platform/cocoa/PrepareApplication.h"
 
 int main(int argc, const char* argv[]) {
   kr::platform::prepareApplication();

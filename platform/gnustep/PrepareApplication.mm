@@ -1,4 +1,4 @@
-#include "platform/PrepareApplication.h"
+#import "platform/cocoa/PrepareApplication.h"
 
 #import <AppKit/AppKit.h>
 
@@ -9,5 +9,7 @@ void prepareApplication() {
     [NSApplication sharedApplication];
   }
 }
+
+void finishWindow(NSWindow*) {}
 
 }  // namespace kr::platform
