@@ -1,0 +1,80 @@
+// Starts the built installer the way a product or a user does, on a desktop and in a home folder of the
+// test's own, presses its buttons through the X server, and looks at what it left in the log and on the disk.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/Child.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace kr::testing {
+
+using Lines = std::vector<std::string>;
+
+class Installation : public ::testing::Test {
+ protected:
+  Installation();
+  ~Installation() override;
+
+  // Starts the installer with these arguments and waits for its window. The program is that of the build
+  // unless another copy is named.
+  void start(const Lines& arguments, const std::string& program = installerProgram());
+
+  // Presses a key in the installer's window: Return for its default button, Escape for the other.
+  void press(const std::string& key);
+
+  // Starts the installer on a product and presses Install.
+  void install(const std::string& product, const std::string& destination, const Lines& more = {});
+
+  // Waits for a line of the log that begins with the text; fails the test when none comes.
+  void expectLine(const std::string& beginning, double seconds = 30);
+
+  // Waits for the installation's end: a product that was launched, or a failure.
+  void expectInstalled(const std::string& destination);
+  void expectFailed(const std::string& line);
+
+  // Presses OK and expects the installer to end by itself with status 0.
+  void expectQuitsOnOK();
+
+  // Lines of the log so far, without the time stamps.
+  [[nodiscard]] Lines log() const;
+  [[nodiscard]] bool logHas(const std::string& line) const;
+
+  // Kills the installer without warning.
+  void kill();
+
+  // Programs that run from below the folder.
+  [[nodiscard]] static std::vector<pid_t> processesIn(const std::string& folder);
+
+  // Starts the product's program by hand and waits for its window.
+  void launch(const std::string& program, const std::string& windowName);
+
+  // Names in the Trash.
+  [[nodiscard]] Lines trashed() const;
+
+  // The same files with the same contents, kinds and modes in both folders.
+  static void expectSameTree(const std::string& one, const std::string& other);
+
+  // The program of the built installer, and the folder of the built sample product of a version.
+  [[nodiscard]] static std::string installerProgram();
+  [[nodiscard]] static std::string sample(const std::string& version);
+
+  ScratchFolder scratch_;
+  const std::string home_;
+
+ private:
+  [[nodiscard]] std::string logPath() const;
+  [[nodiscard]] std::optional<std::string> window() const;
+
+  std::vector<std::unique_ptr<ScopedVariable>> environment_;
+  std::optional<Desktop> desktop_;
+  std::vector<Child> launched_;
+  std::optional<Child> installer_;
+};
+
+}  // namespace kr::testing
