@@ -130,9 +130,13 @@ NSImage* imageAt(NSString* path) {
 - (void)showReadMe {
   if ([self hasFileAtArgument:KRInstallerKeyReadMePath]) {
     [readMeTextView useLightAquaAppearance:YES];
+    // The way that takes a location instead cannot read a document that is a folder on GNUstep.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
     NSAttributedString* text =
         [[NSAttributedString alloc] initWithPath:[self argument:KRInstallerKeyReadMePath]
                               documentAttributes:nullptr];
+#pragma clang diagnostic pop
     if (text != nil) [[readMeTextView textStorage] setAttributedString:text];
     [text release];
     [self selectTab:kReadMePage];
