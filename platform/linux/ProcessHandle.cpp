@@ -1,11 +1,15 @@
 #include "platform/linux/ProcessHandle.h"
 
 #include <poll.h>
-#include <sys/pidfd.h>
 
 #include <cerrno>
 
 #include "platform/linux/ProcFS.h"
+
+// The header of this C library lacks the linkage that C++ needs.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 namespace kr::platform {
 
