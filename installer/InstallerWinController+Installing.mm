@@ -13,10 +13,6 @@ using kr::toBytes;
 
 namespace {
 
-// Results of InstallApplication.
-constexpr int kInstalled = 0;
-constexpr int kExistingCopyNotTrashed = 1;
-
 NSString* gInstallationInProgress;
 
 }  // namespace
@@ -88,9 +84,9 @@ NSString* gInstallationInProgress;
   }
   switch (kr::InstallApplication(toBytes([self argument:KRInstallerKeySourcePath]), toBytes(destination),
                                  kr::toOptionalBytes([self argument:KRInstallerKeyWrapperPath]))) {
-    case kInstalled:
+    case kr::kInstalled:
       break;
-    case kExistingCopyNotTrashed:
+    case kr::kExistingCopyNotTrashed:
       return @"Could not delete existing copy.";
     default:
       return @"Installation failed.";

@@ -45,6 +45,10 @@
 // Any object starts the progress animation, nil stops it.
 - (void)animateProgress:(id)start;
 
+// The application's delegate. A bare word on the command line is none of its files.
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application;
+- (BOOL)application:(NSApplication*)application openFile:(NSString*)path;
+
 // Logs a text and shows it as the final message: the setup ends here.
 - (void)showSetupError:(NSString*)message;
 

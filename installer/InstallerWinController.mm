@@ -8,11 +8,11 @@
 #import "library/process/KRProcess.h"
 #import "library/utilities/KRUtilities.h"
 #include "platform/Log.h"
-#import "platform/cocoa/PrepareApplication.h"
 #include "platform/Program.h"
 #include "platform/Services.h"
 #include "platform/StandardFolders.h"
 #import "platform/cocoa/Bridging.h"
+#import "platform/cocoa/PrepareApplication.h"
 #import "platform/cocoa/PropertyLists.h"
 
 using kr::toBytes;
