@@ -16,13 +16,33 @@ namespace {
 
 enum CocoaStatus : uint32_t { kUnknown = 0, kCocoa = 1, kNotCocoa = 2 };
 
+// Cocoa raises where a path holds bytes that are no text.
+NSBundle* bundleAt(NSString* path) {
+  if (path == nil) return nil;
+  @try {
+    return [NSBundle bundleWithPath:path];
+  } @catch (NSException*) {
+    return nil;
+  }
+}
+
+NSImage* iconOf(NSString* path) {
+  if (path == nil) return nil;
+  @try {
+    return [[NSWorkspace sharedWorkspace] iconForFile:path];
+  } @catch (NSException*) {
+    return nil;
+  }
+}
+
 BOOL isTrue(id value) {
   return [value respondsToSelector:@selector(boolValue)] && [value boolValue];
 }
 
 }  // namespace
 
-// What is kept is fetched under the object's own lock: the install thread asks, too.
+// What is kept is fetched under the object's own lock: the install thread asks, too. Texts are retained and
+// not copied: a path may hold bytes that are no text, and Cocoa does not copy the string that stands for it.
 @implementation KRProcess (Properties)
 
 - (BOOL)getProcessInfo {
@@ -31,7 +51,7 @@ BOOL isTrue(id value) {
     const std::optional<kr::platform::ProcessRecord> record = processTable().record(psn);
     if (!record) return NO;
     signature = record->signature;
-    name = [toNSString(record->name) copy];
+    name = [toNSString(record->name) retain];
     return YES;
   }
 }
@@ -48,7 +68,7 @@ BOOL isTrue(id value) {
   @synchronized(self) {
     if (displayName == nil) {
       NSString* shown = toNSString(processTable().displayName(psn));
-      displayName = [shown != nil ? shown : [self name] copy];
+      displayName = [shown != nil ? shown : [self name] retain];
     }
     return displayName;
   }
@@ -77,14 +97,13 @@ BOOL isTrue(id value) {
 
 - (NSString*)path {
   @synchronized(self) {
-    if (path == nil) path = [toNSString(processTable().bundleLocation(psn)) copy];
+    if (path == nil) path = [toNSString(processTable().bundleLocation(psn)) retain];
     return path;
   }
 }
 
 - (NSBundle*)bundle {
-  NSString* place = [self path];
-  return place != nil ? [NSBundle bundleWithPath:place] : nil;
+  return bundleAt([self path]);
 }
 
 - (NSString*)identifier {
@@ -103,8 +122,7 @@ BOOL isTrue(id value) {
 
 - (NSImage*)icon {
   @synchronized(self) {
-    NSString* place = [self path];
-    if (icon == nil && place != nil) icon = [[[NSWorkspace sharedWorkspace] iconForFile:place] retain];
+    if (icon == nil) icon = [iconOf([self path]) retain];
     return icon;
   }
 }
@@ -122,7 +140,7 @@ BOOL isTrue(id value) {
 - (BOOL)namesPrincipalClass {
   const std::optional<std::string> place = processTable().bundleLocation(psn);
   if (!place || !processTable().isNativePackage(psn)) return NO;
-  if ([NSBundle bundleWithPath:toNSString(*place)] == nil) return NO;
+  if (bundleAt(toNSString(*place)) == nil) return NO;
   id principalClass = [kr::bundleInfoDictionary(*place) objectForKey:@"NSPrincipalClass"];
   return [principalClass isKindOfClass:[NSString class]];
 }

@@ -38,7 +38,7 @@ NSString* versionIn(NSDictionary* information) {
   @synchronized(self) {
     if (version == nil) {
       NSString* found = [self foundVersion];
-      version = [found != nil ? found : kUnknownVersion copy];
+      version = [found != nil ? found : kUnknownVersion retain];
     }
     return version;
   }

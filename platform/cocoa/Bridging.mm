@@ -5,7 +5,13 @@
 namespace kr {
 
 NSString* toNSString(std::u16string_view units) {
-  return [NSString stringWithCharacters:reinterpret_cast<const unichar*>(units.data()) length:units.size()];
+  NSString* string = [NSString stringWithCharacters:reinterpret_cast<const unichar*>(units.data())
+                                             length:units.size()];
+  if (string != nil) return string;
+  // Some constructors refuse lone surrogates; formatting unit by unit does not.
+  NSMutableString* built = [NSMutableString stringWithCapacity:units.size()];
+  for (const char16_t unit : units) [built appendFormat:@"%C", static_cast<unichar>(unit)];
+  return [NSString stringWithString:built];
 }
 
 NSString* toNSString(std::string_view bytes) {
