@@ -14,82 +14,95 @@ namespace kr {
 namespace {
 
 using platform::Failure;
-using platform::services;
 
-constexpr std::string_view kProductNotCopied = "ERROR -- Could not copy myself to %@";
-constexpr std::string_view kItemNotCopied = "ERROR -- Could not copy auxiliary item to %@";
-constexpr std::string_view kWrapperNotCopied = "ERROR -- Could not copy wrapper to %@";
-constexpr std::string_view kItemNotDeleted = "ERROR -- Could not delete %@";
-constexpr std::string_view kNotTrashed = "ERROR -- Could not trash '%@'";
-constexpr std::string_view kExistingNotTrashed = "ERROR -- Could not trash existing %@";
+constexpr std::string_view kCouldNotDelete = "ERROR -- Could not delete %@";
+constexpr std::string_view kCouldNotCopyItem = "ERROR -- Could not copy auxiliary item to %@";
+constexpr std::string_view kCouldNotCopyWrapper = "ERROR -- Could not copy wrapper to %@";
+constexpr std::string_view kCouldNotTrash = "ERROR -- Could not trash '%@'";
+constexpr std::string_view kCouldNotTrashExisting = "ERROR -- Could not trash existing %@";
+constexpr std::string_view kCouldNotCopyMyself = "ERROR -- Could not copy myself to %@";
 
-// The line that says what failed, and one with the reason.
-void report(std::string_view line, const std::string& path, const std::string& reason) {
+// The line for the reader of the log, then the reason for whoever has to help.
+void logFailure(std::string_view line, const std::string& path, const Failure& failure) {
   log(line, path);
-  log("%@", reason);
+  log("%@", failure.text());
 }
 
-// Copies one item of the wrapper folder over what is in the parent folder under its name.
-bool copyItem(const std::string& from, const std::string& to) {
-  if (files::itemExists(to)) {
-    if (const auto failure = services().files->removeTree(to)) report(kItemNotDeleted, to, failure->text());
+void noteChanged(const std::string& path) {
+  platform::services().applications->noteFileSystemChanged(path);
+}
+
+// An item in the way that cannot be deleted is only logged: the copy says whether it matters.
+bool placeEntry(const std::string& item, const std::string& target) {
+  platform::FileOperations& operations = *platform::services().files;
+  if (files::itemExists(target)) {
+    if (const auto failure = operations.removeTree(target)) logFailure(kCouldNotDelete, target, *failure);
   }
-  if (const auto failure = services().files->copyTree(from, to)) {
-    report(kItemNotCopied, to, failure->text());
+  if (const auto failure = operations.copyTree(item, target)) {
+    logFailure(kCouldNotCopyItem, target, *failure);
     return false;
   }
-  services().applications->noteFileSystemChanged(to);
+  noteChanged(target);
   return true;
 }
 
-bool copyItems(const std::string& wrapper, const std::string& parent, const std::string& source) {
-  const std::vector<std::string> names = files::entries(wrapper).value_or(std::vector<std::string>{});
-  for (const std::string& name : names) {
-    const std::string to = paths::joined(parent, name);
-    if (files::itemExists(to) && (holds(to, wrapper) || holds(to, source))) {
-      report(kItemNotCopied, to, "what is there holds the files to copy");
-      return false;
+bool placeWrapper(const std::string& wrapper, const std::string& parent) {
+  if (files::exists(parent)) {
+    const auto entries = files::entries(wrapper).value_or(std::vector<std::string>{});
+    for (const std::string& entry : entries) {
+      if (!placeEntry(paths::joined(wrapper, entry), paths::joined(parent, entry))) return false;
     }
+    return true;
   }
-  for (const std::string& name : names) {
-    if (!copyItem(paths::joined(wrapper, name), paths::joined(parent, name))) return false;
+  if (const auto failure = platform::services().files->copyTree(wrapper, parent)) {
+    logFailure(kCouldNotCopyWrapper, parent, *failure);
+    return false;
   }
+  noteChanged(parent);
   return true;
 }
 
-bool copyWrapper(const std::string& wrapper, const std::string& parent, const std::string& source) {
-  if (files::exists(parent)) return copyItems(wrapper, parent, source);
-  if (const auto failure = services().files->copyTree(wrapper, parent)) {
-    report(kWrapperNotCopied, parent, failure->text());
-    return false;
-  }
-  services().applications->noteFileSystemChanged(parent);
-  return true;
+std::string withoutTrailingSlashes(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
 }
 
 }  // namespace
 
-int InstallApplication(const std::string& source, const std::string& destination,
-                       const std::optional<std::string>& wrapper) {
-  if (const auto hazard = hazardOfProduct(source, destination)) {
-    report(kProductNotCopied, destination, *hazard);
+int InstallApplication(const std::string& givenSource, const std::string& givenDestination,
+                       const std::optional<std::string>& givenWrapper) {
+  platform::FileOperations& operations = *platform::services().files;
+  const std::string destination = withoutTrailingSlashes(givenDestination);
+  const std::string parent(paths::parent(destination));
+
+  if (const auto hazard = hazardOfProduct(givenSource, destination)) {
+    logFailure(kCouldNotCopyMyself, destination, *hazard);
     return kCopyFailed;
   }
-  // The wrapper may hold the product itself: then it is copied as one of the items first, and again from the
-  // source in the end. The copy from the source is the one that counts.
-  if (wrapper && !copyWrapper(*wrapper, std::string(paths::parent(destination)), source)) return kCopyFailed;
+  // Without links: a step must not pull away the link through which a later one would find its source.
+  const std::string source = files::resolved(givenSource).value_or(givenSource);
+
+  if (givenWrapper) {
+    const std::string wrapper = files::resolved(*givenWrapper).value_or(*givenWrapper);
+    if (const auto hazard = hazardOfWrapper(wrapper, source, destination)) {
+      logFailure(kCouldNotCopyItem, hazard->path, *hazard);
+      return kCopyFailed;
+    }
+    if (!placeWrapper(wrapper, parent)) return kCopyFailed;
+  }
+
   if (files::itemExists(destination)) {
-    if (const auto failure = services().files->recycle(destination)) {
-      log(kNotTrashed, destination);
-      report(kExistingNotTrashed, destination, failure->text());
+    if (const auto failure = operations.recycle(destination)) {
+      log(kCouldNotTrash, destination);
+      logFailure(kCouldNotTrashExisting, destination, *failure);
       return kExistingCopyNotTrashed;
     }
   }
-  if (const auto failure = services().files->copyTree(source, destination)) {
-    report(kProductNotCopied, destination, failure->text());
+  if (const auto failure = operations.copyTree(source, destination)) {
+    logFailure(kCouldNotCopyMyself, destination, *failure);
     return kCopyFailed;
   }
-  services().applications->noteFileSystemChanged(destination);
+  noteChanged(destination);
   return kInstalled;
 }
 

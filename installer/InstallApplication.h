@@ -1,5 +1,5 @@
-// The ordinary copy of a product into its place. Blocks its caller: install thread. Paths are absolute,
-// file-system bytes.
+// Puts a product in its place: what comes with it first, then the copy that is there goes to the Trash, then
+// the product is copied. Needs the rights to write there; asks for none.
 #pragma once
 
 #include <optional>
@@ -12,10 +12,10 @@ inline constexpr int kInstalled = 0;
 inline constexpr int kExistingCopyNotTrashed = 1;
 inline constexpr int kCopyFailed = 2;
 
-// Copies the product to the destination: first the items of the wrapper folder into the destination's parent
-// folder (or the wrapper as that folder, where it is not there yet), then what is at the destination goes to
-// the Trash, then the product is copied. Nothing is touched when a step of these would destroy the source or
-// the wrapper, or when there is no product to copy. Logs every failure.
+// Copies the product at `source` to `destination`, the full path that it will have, and the entries of the
+// folder `wrapper` beside it. Where the destination's parent folder does not exist, the wrapper becomes it.
+// Each failure is logged. Nothing is rolled back, but what could destroy the source or the wrapper is refused
+// before anything is touched. Paths are file-system bytes. Blocks its caller: install thread.
 [[nodiscard]] int InstallApplication(const std::string& source, const std::string& destination,
                                      const std::optional<std::string>& wrapper);
 

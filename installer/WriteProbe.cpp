@@ -1,6 +1,7 @@
 #include "installer/WriteProbe.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -15,24 +16,26 @@
 namespace kr {
 namespace {
 
-constexpr std::string_view kProbeName = "temp-%X";
-constexpr mode_t kProbeMode = 0600;
+// A parent this short is "/", or the path has none: the search for an existing folder ends there.
+constexpr std::size_t kShortestMissingParent = 2;
 
-std::string probePath(const std::string& folder, long number) {
-  return paths::joined(folder, formatted(kProbeName, number));
+std::string probeIn(const std::string& folder, long number) {
+  return paths::joined(folder, formatted("temp-%X", number));
 }
 
 }  // namespace
 
-bool canWriteToFile(const std::string& path) {
+bool canWriteToFile(const std::string& path) noexcept {
   return static_cast<bool>(posix::FileDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)));
 }
 
 bool canWriteToDirectory(const std::string& path) {
-  // The name only has to be free; nobody gains anything by guessing it.
-  std::string probe = probePath(path, ::random());
-  while (files::exists(probe)) probe = probePath(path, std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
-  const posix::FileDescriptor file(::open(probe.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kProbeMode));
+  if (path.empty()) return false;  // the probe would land in the working folder
+  std::string probe = probeIn(path, ::random());
+  // A dangling link counts as taken: opening it would create the file that it points to.
+  // The name only has to be unused; nothing rests on the quality of these numbers.
+  while (files::itemExists(probe)) probe = probeIn(path, std::rand());  // NOLINT(cert-msc*)
+  const posix::FileDescriptor file(::open(probe.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
   if (!file) return false;
   ::unlink(probe.c_str());
   return true;
@@ -48,7 +51,7 @@ bool canWriteToPath(const std::string& path) {
     return false;
   }
   std::string folder(paths::parent(path));
-  while (folder.size() >= 2 && !files::exists(folder)) folder = paths::parent(folder);
+  while (folder.size() >= kShortestMissingParent && !files::exists(folder)) folder = paths::parent(folder);
   if (canWriteToFileOrDirectory(folder)) return true;
   log("Cannot write to folder %@", folder);
   return false;

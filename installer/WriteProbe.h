@@ -1,22 +1,23 @@
-// Whether the user may write somewhere without further rights. The probes never fail: what cannot be answered
-// is "no". Paths are file-system bytes. Any thread.
+// Whether the user may write somewhere, asked before anything is written. Every failure is an answer of "no".
+// Paths are file-system bytes. Any thread.
 #pragma once
 
 #include <string>
 
 namespace kr {
 
-// Opens the file for reading and writing, and closes it.
-[[nodiscard]] bool canWriteToFile(const std::string& path);
+// Whether the file can be opened for reading and writing. It is never created.
+[[nodiscard]] bool canWriteToFile(const std::string& path) noexcept;
 
-// Creates a probe file in the folder and removes it.
+// Whether a file can be created in the folder. Tries it with a file of an unused name, which is gone
+// afterwards.
 [[nodiscard]] bool canWriteToDirectory(const std::string& path);
 
-// What the system says of a file or folder that exists; false when it does not.
+// Whether the permissions of the file or folder let the user write it; false when there is none.
 [[nodiscard]] bool canWriteToFileOrDirectory(const std::string& path);
 
-// Whether an item could be put at the path: what exists there must be writable, and so must the nearest
-// folder above it that exists. Logs what cannot be written.
+// Whether the destination can be written without further rights: the item that is there already, and the
+// nearest folder above it that exists. Logs which of them cannot.
 [[nodiscard]] bool canWriteToPath(const std::string& path);
 
 }  // namespace kr
