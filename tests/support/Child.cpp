@@ -2,17 +2,18 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "platform/posix/FileDescriptor.h"
 #include "tests/support/Eventually.h"
-
-extern char** environ;  // NOLINT: the C library's
 
 namespace kr::testing {
 
@@ -21,13 +22,27 @@ Child::Child(const std::vector<std::string>& arguments, std::optional<int> descr
   words.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
   words.push_back(nullptr);
-  posix_spawn_file_actions_t actions;
-  ::posix_spawn_file_actions_init(&actions);
-  // A descriptor that is duplicated onto itself stays open in the child.
-  if (descriptor) ::posix_spawn_file_actions_adddup2(&actions, *descriptor, *descriptor);
-  const int error = ::posix_spawnp(&pid_, words[0], &actions, nullptr, words.data(), environ);
-  ::posix_spawn_file_actions_destroy(&actions);
+  // Reads the error of a start that fails, or the end of the pipe from one that does not.
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  const posix::FileDescriptor read(ends[0]);
+  posix::FileDescriptor write(ends[1]);
+  const pid_t parent = ::getpid();
+  pid_ = ::fork();
+  if (pid_ == 0) {
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (::getppid() != parent) ::_exit(1);
+    if (descriptor) ::fcntl(*descriptor, F_SETFD, 0);
+    ::execvp(words[0], words.data());
+    const int error = errno;
+    static_cast<void>(::write(ends[1], &error, sizeof error) == 0);
+    ::_exit(1);
+  }
+  write.reset();
+  int error = pid_ < 0 ? errno : 0;
+  if (pid_ > 0 && ::read(read.get(), &error, sizeof error) == sizeof error) ::waitpid(pid_, nullptr, 0);
   if (error != 0) {
+    pid_ = 0;
     throw std::runtime_error("cannot start " + arguments.front() + ": " +
                              std::generic_category().message(error));
   }

@@ -1,4 +1,5 @@
-// A child process of the test. It is killed and reaped at the end of the scope unless it has ended before.
+// A child process of the test. It is ended and reaped at the end of the scope unless it has ended before; it
+// is asked to end, too, when the thread that has started it ends in any other way.
 #pragma once
 
 #include <sys/types.h>

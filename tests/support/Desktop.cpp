@@ -49,11 +49,12 @@ struct Disconnect {
   void operator()(xcb_connection_t* connection) const { ::xcb_disconnect(connection); }
 };
 
-// Whether a window manager has taken the display over.
+// Whether a window manager has taken the display over. The list of windows is the last thing that it
+// publishes; a window that is opened earlier may be overlooked.
 bool isManaged(const std::string& display) {
   const std::unique_ptr<xcb_connection_t, Disconnect> connection(::xcb_connect(display.c_str(), nullptr));
   if (::xcb_connection_has_error(connection.get()) != 0) return false;
-  constexpr char kName[] = "_NET_SUPPORTING_WM_CHECK";
+  constexpr char kName[] = "_NET_CLIENT_LIST";
   const auto cookie = ::xcb_intern_atom(connection.get(), 0, std::strlen(kName), kName);
   const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
       ::xcb_intern_atom_reply(connection.get(), cookie, nullptr), &std::free);
@@ -62,7 +63,7 @@ bool isManaged(const std::string& display) {
   const auto property = ::xcb_get_property(connection.get(), 0, root, atom->atom, XCB_ATOM_WINDOW, 0, 1);
   const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> value(
       ::xcb_get_property_reply(connection.get(), property, nullptr), &std::free);
-  return value && ::xcb_get_property_value_length(value.get()) > 0;
+  return value && value->type == XCB_ATOM_WINDOW;
 }
 
 constexpr std::string_view kBusConfiguration = R"(<!DOCTYPE busconfig PUBLIC

@@ -1,13 +1,17 @@
-// The executable of the applications that tests start. It does what its words say, writes "ready" and then
-// waits for the signal that ends it. It does not outlive the test program.
+// The executable of the applications that tests start. It does what its words say and then waits for the
+// signal that ends it. It does not outlive the test program.
 //
+//   ready N       writes to descriptor N and closes it once all other words are done
 //   stubborn      ignores polite requests to end
 //   slow N        ends N milliseconds after a polite request
 //   window NAME   opens a window with this title, one after the other
-//   exec PATH     after "ready", replaces itself by the program at the path, once it is sent SIGUSR1
+//   comm NAME     takes this name in the kernel's list
+//   exec PATH     replaces itself by the program at the path when it is sent SIGUSR1
+//   busy N        uses N milliseconds of user CPU time
 #include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <time.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
 
@@ -16,15 +20,28 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace {
 
 volatile sig_atomic_t endDelay = 0;
+std::string execPath;
 
 void endLater(int) {
   ::usleep(static_cast<useconds_t>(endDelay) * 1000);
   ::_exit(0);
+}
+
+void execNow(int) {
+  ::execl(execPath.c_str(), execPath.c_str(), static_cast<char*>(nullptr));
+}
+
+void useTime(long milliseconds) {
+  timespec used{};
+  volatile unsigned work = 0;
+  do {
+    for (int round = 0; round < 100000; ++round) work = work + 1;
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  } while (used.tv_sec * 1000 + used.tv_nsec / 1000000 < milliseconds);
 }
 
 bool openWindow(xcb_connection_t* connection, const std::string& title) {
@@ -38,47 +55,52 @@ bool openWindow(xcb_connection_t* connection, const std::string& title) {
   return ::xcb_flush(connection) > 0;
 }
 
-std::string execPath;
-
-void execNow(int) {
-  ::execl(execPath.c_str(), execPath.c_str(), static_cast<char*>(nullptr));
+// Events of the server are taken so that they do not pile up.
+[[noreturn]] void waitForTheEnd(xcb_connection_t* connection) {
+  for (;;) {
+    pollfd server{connection != nullptr ? ::xcb_get_file_descriptor(connection) : -1, POLLIN, 0};
+    ::poll(&server, 1, -1);
+    if (connection == nullptr) continue;
+    while (xcb_generic_event_t* event = ::xcb_poll_for_event(connection)) std::free(event);
+    if (::xcb_connection_has_error(connection) != 0) ::_exit(4);
+  }
 }
 
 }  // namespace
 
 int main(int count, char** words) {
-  // The end of the test program must not leave applications behind.
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   xcb_connection_t* connection = nullptr;
+  int ready = -1;
   for (int at = 1; at < count; ++at) {
     const std::string_view word = words[at];
-    const char* value = at + 1 < count ? words[at + 1] : "";
     if (word == "stubborn") {
       ::signal(SIGTERM, SIG_IGN);
+      continue;
+    }
+    const char* value = at + 1 < count ? words[++at] : "";
+    if (word == "ready") {
+      ready = std::atoi(value);
     } else if (word == "slow") {
       endDelay = std::atoi(value);
       ::signal(SIGTERM, endLater);
-      ++at;
     } else if (word == "window") {
       if (connection == nullptr) connection = ::xcb_connect(nullptr, nullptr);
       if (::xcb_connection_has_error(connection) != 0 || !openWindow(connection, value)) return 2;
-      ++at;
+    } else if (word == "comm") {
+      ::prctl(PR_SET_NAME, value);
     } else if (word == "exec") {
       execPath = value;
       ::signal(SIGUSR1, execNow);
-      ++at;
+    } else if (word == "busy") {
+      useTime(std::atol(value));
     } else {
       return 3;
     }
   }
-  std::puts("ready");
-  std::fflush(stdout);
-  for (;;) {
-    // Events of the server are taken so that they do not pile up.
-    pollfd server{connection != nullptr ? ::xcb_get_file_descriptor(connection) : -1, POLLIN, 0};
-    ::poll(&server, 1, -1);
-    if (connection == nullptr) continue;
-    while (xcb_generic_event_t* event = ::xcb_poll_for_event(connection)) std::free(event);
-    if (::xcb_connection_has_error(connection) != 0) return 4;
+  if (ready >= 0) {
+    if (::write(ready, "r", 1) != 1) return 5;
+    ::close(ready);
   }
+  waitForTheEnd(connection);
 }
