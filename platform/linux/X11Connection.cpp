@@ -60,6 +60,14 @@ X11Session::~X11Session() {
   ::xcb_disconnect(connection_);
 }
 
+bool X11Session::isLost() const {
+  // The end of the server shows only when something is read. Nothing was asked for that comes unasked, but
+  // for errors of requests about windows that are gone.
+  while (const X11Reply<xcb_generic_event_t> event{::xcb_poll_for_event(connection_)}) {
+  }
+  return ::xcb_connection_has_error(connection_) != 0;
+}
+
 X11Session* X11Connection::session() {
   const std::string wanted = displayName();
   if (session_ && (session_->isLost() || wanted != display_)) session_.reset();
@@ -68,7 +76,7 @@ X11Session* X11Connection::session() {
   if (wanted.empty() || (wanted == display_ && now < nextAttempt_)) return nullptr;
   display_ = wanted;
   session_ = X11Session::open();
-  nextAttempt_ = now + kRetryInterval;
+  nextAttempt_ = session_ ? now : now + kRetryInterval;
   return session_.get();
 }
 

@@ -28,7 +28,7 @@ class X11Session {
   X11Session(const X11Session&) = delete;
   X11Session& operator=(const X11Session&) = delete;
 
-  [[nodiscard]] bool isLost() const { return ::xcb_connection_has_error(connection_) != 0; }
+  [[nodiscard]] bool isLost() const;
 
   [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
   [[nodiscard]] xcb_ewmh_connection_t* ewmh() { return &ewmh_; }

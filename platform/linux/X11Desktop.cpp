@@ -30,14 +30,6 @@ void activate(X11Session& session, xcb_window_t window) {
                                           XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME, XCB_NONE);
 }
 
-// Requests are on their way when this returns; errors that the server sent for windows that are gone are
-// dropped.
-void finish(X11Session& session) {
-  ::xcb_flush(session.connection());
-  while (const X11Reply<xcb_generic_event_t> event{::xcb_poll_for_event(session.connection())}) {
-  }
-}
-
 }  // namespace
 
 X11Desktop& X11Desktop::shared() {
@@ -99,7 +91,7 @@ void X11Desktop::bringToFront(pid_t process, bool frontWindowOnly) {
     }
     activate(*session, shown.back());
   }
-  finish(*session);
+  ::xcb_flush(session->connection());
 }
 
 void X11Desktop::hide(pid_t process) {
@@ -113,7 +105,7 @@ void X11Desktop::hide(pid_t process) {
     iconify(*session, windows[index]);
     hidden_[process].insert(windows[index]);
   }
-  finish(*session);
+  ::xcb_flush(session->connection());
 }
 
 void X11Desktop::show(pid_t process) {
@@ -121,7 +113,7 @@ void X11Desktop::show(pid_t process) {
   X11Session* session = connection_.session();
   if (session == nullptr) return;
   showLocked(*session, process, windowsOf(*session, process));
-  finish(*session);
+  ::xcb_flush(session->connection());
 }
 
 void X11Desktop::showLocked(X11Session& session, pid_t process, const std::vector<xcb_window_t>& windows) {
