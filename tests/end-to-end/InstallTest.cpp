@@ -56,7 +56,7 @@ TEST_F(Installation, ARunningCopyIsFoundAndReplacedWhereItIs) {
       sample("1.0") + "/Velmora Notes.app", destination,
       std::filesystem::copy_options::recursive | std::filesystem::copy_options::copy_symlinks);
   launch(destination + "/Velmora Notes", "Velmora Notes");
-  start({"-sourcePath", sample("2.0") + "/Velmora Notes.app"});
+  start({"-sourcePath", sample("2.0") + "/Velmora Notes.app", "-productCode", "VmNt"});
   expectLine("Updated arguments: ");
   const Lines lines = log();
   EXPECT_NE(std::find_if(lines.begin(), lines.end(),

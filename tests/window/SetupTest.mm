@@ -158,17 +158,19 @@ TEST_F(Setup, AWrapperThatIsNotUsableIsForgotten) {
   EXPECT_EQ(argument(KRInstallerKeyDestinationPath), scratch_ / "Applications/Notes.app");
 }
 
-TEST_F(Setup, TheRunningCopyIsReplacedWhereItIs) {
-  processes_.add({.pid = 100, .signature = 0x566D4E74, .name = "Notes", .path = "/opt/My Notes.app"});
-  const std::string folder = scratch_.folder("mine");
-  processes_.change({.pid = 100,
-                     .signature = 0x566D4E74,
-                     .name = "Notes",
-                     .path = folder + "/My Notes.app",
-                     .serial = processes_.all().front()});
-  load({"-sourcePath", product()});
-  EXPECT_EQ(argument(KRInstallerKeyDestinationPath), folder + "/My Notes.app");
+TEST_F(Setup, ARunningCopyOfTheGivenCodeIsReplacedWhereItIs) {
+  const std::string copy = scratch_.folder("mine") + "/My Notes.app";
+  processes_.add({.pid = 100, .signature = 0x566D4E74, .name = "Notes", .path = copy});
+  load({"-sourcePath", product(), "-productCode", "VmNt"});
+  EXPECT_EQ(argument(KRInstallerKeyDestinationPath), copy);
   EXPECT_TRUE(logHas("autolaunch = (null)"));
+}
+
+TEST_F(Setup, WithoutAGivenCodeNoRunningCopyIsLookedFor) {
+  processes_.add(
+      {.pid = 100, .signature = 0x566D4E74, .name = "Notes", .path = scratch_.folder("mine") + "/Notes.app"});
+  load({"-sourcePath", product()});
+  EXPECT_EQ(argument(KRInstallerKeyDestinationPath), scratch_ / "Applications/Notes.app");
 }
 
 TEST_F(Setup, AnIconGivenByPathIsShown) {
@@ -182,7 +184,7 @@ TEST_F(Setup, AnIconGivenByPathIsShown) {
   ASSERT_TRUE([[drawn TIFFRepresentation] writeToFile:toNSString(std::string_view(path)) atomically:NO]);
   load({"-sourcePath", product(), "-iconPath", path});
   EXPECT_EQ([[controller_->iconField image] size].width, 40);
-  EXPECT_EQ([NSApp applicationIconImage], [controller_->iconField image]);
+  EXPECT_EQ([[NSApp applicationIconImage] size].width, [[NSApp applicationIconImage] size].height * 2);
 }
 
 TEST_F(Setup, AnIconThatCannotBeReadGivesWayToTheWorkspacesIcon) {
