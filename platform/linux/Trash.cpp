@@ -1,0 +1,43 @@
+#include "platform/linux/Trash.h"
+
+#include <array>
+#include <cerrno>
+
+#include "platform/linux/GLibOwner.h"
+
+namespace kr::platform {
+namespace {
+
+struct Meaning {
+  GIOErrorEnum code;
+  int error;
+};
+constexpr std::array<Meaning, 9> kMeanings{{{G_IO_ERROR_NOT_FOUND, ENOENT},
+                                            {G_IO_ERROR_PERMISSION_DENIED, EACCES},
+                                            {G_IO_ERROR_NOT_SUPPORTED, ENOTSUP},
+                                            {G_IO_ERROR_NO_SPACE, ENOSPC},
+                                            {G_IO_ERROR_READ_ONLY, EROFS},
+                                            {G_IO_ERROR_FILENAME_TOO_LONG, ENAMETOOLONG},
+                                            {G_IO_ERROR_NOT_DIRECTORY, ENOTDIR},
+                                            {G_IO_ERROR_EXISTS, EEXIST},
+                                            {G_IO_ERROR_BUSY, EBUSY}}};
+
+std::error_code meaning(const GError& error) {
+  int number = EIO;
+  for (const Meaning& row : kMeanings) {
+    if (error.domain == G_IO_ERROR && error.code == row.code) number = row.error;
+  }
+  return {number, std::generic_category()};
+}
+
+}  // namespace
+
+std::optional<Failure> moveToTrash(const std::string& path) {
+  const glib::Object<GFile> file(g_file_new_for_path(path.c_str()));
+  GError* error = nullptr;
+  if (g_file_trash(file.get(), nullptr, &error)) return std::nullopt;
+  const glib::Error owned(error);
+  return Failure{std::string("move to the Trash (") + owned->message + ")", path, meaning(*owned)};
+}
+
+}  // namespace kr::platform

@@ -1,0 +1,42 @@
+// Copies single files and links from one open folder into another. Any thread; each with a buffer of its own.
+#pragma once
+
+#include <string>
+
+#include "platform/linux/copy/Attributes.h"
+#include "platform/linux/copy/Contents.h"
+#include "platform/linux/copy/FolderListing.h"
+#include "platform/linux/copy/HardLinks.h"
+#include "platform/linux/copy/Problem.h"
+
+namespace kr::platform::copy {
+
+// A name in an open folder.
+struct Place {
+  int folder;
+  const std::string& name;
+};
+
+class ItemCopier {
+ public:
+  // `root` is the open folder of the new tree.
+  explicit ItemCopier(int root) : links_(root) {}
+
+  [[nodiscard]] const Creator& creator() const noexcept { return creator_; }
+
+  // Copies an item to a name that is not taken. `above` is the path of the folder that gets it, below the new
+  // tree's root and with a slash at the end unless it is the root. Only files and links can be copied, so
+  // anything else is a failure (ENOTSUP), also when the item has become it since its kind was found out.
+  [[nodiscard]] Outcome copy(Kind kind, const Place& source, const Place& destination,
+                             const std::string& above, Buffer& buffer);
+
+ private:
+  Outcome copyFile(const Place& source, const Place& destination, const std::string& above, Buffer& buffer);
+  Outcome copyLink(const Place& source, const Place& destination, const std::string& above);
+
+  Creator creator_ = Creator::current();
+  CloneSupport cloning_ = true;
+  HardLinks links_;
+};
+
+}  // namespace kr::platform::copy
