@@ -16,6 +16,8 @@ NSDictionary* defaults() {
     @"NSMenuInterfaceStyle" : @"NSWindows95InterfaceStyle",
     @"NSScrollViewInterfaceStyle" : @"NSWindows95InterfaceStyle",
     @"GSScrollViewNoInnerBorder" : @"YES",
+    // Characters at the places where they belong: rounded advances look spaced out.
+    @"GSFontHinting" : @"18",
     @"GSX11HandlesWindowDecorations" : @"YES",
     // The keys of this keyboard that stand for Option, Command and Control.
     @"GSFirstAlternateKey" : @"Alt_L",
@@ -37,21 +39,46 @@ NSDictionary* defaults() {
   return values;
 }
 
-// Labels of the file lose their bold fonts and their being no input fields on the way.
-void finishLabels(NSView* view) {
+// A label with this tag is a bold one: the reader of user-interface files takes the size of a font only.
+constexpr NSInteger kBoldLabel = 1;
+
+constexpr NSSize kTextInset{8, 10};
+
+void finishLabel(NSTextField* label) {
+  [label setEditable:NO];
+  [label setBordered:NO];
+  [label setBezeled:NO];
+  [label setDrawsBackground:NO];
+  if ([label tag] == kBoldLabel) [label setFont:[NSFont boldSystemFontOfSize:[[label font] pointSize]]];
+}
+
+void finishViews(NSView* view) {
   for (NSView* child in [view subviews]) {
     if ([child isKindOfClass:[NSTextField class]]) {
-      NSTextField* field = static_cast<NSTextField*>(child);
-      [field setEditable:NO];
-      [field setBordered:NO];
-      [field setBezeled:NO];
-      [field setDrawsBackground:NO];
+      finishLabel(static_cast<NSTextField*>(child));
     } else if ([child isKindOfClass:[NSProgressIndicator class]]) {
       [static_cast<NSProgressIndicator*>(child) setDisplayedWhenStopped:NO];
+    } else if ([child isKindOfClass:[NSScrollView class]]) {
+      [[static_cast<NSScrollView*>(child) verticalScroller] setArrowsPosition:NSScrollerArrowsNone];
+    } else if ([child isKindOfClass:[NSTextView class]]) {
+      [static_cast<NSTextView*>(child) setTextContainerInset:kTextInset];
     } else if ([child isKindOfClass:[NSTabView class]]) {
-      for (NSTabViewItem* item in [static_cast<NSTabView*>(child) tabViewItems]) finishLabels([item view]);
+      for (NSTabViewItem* item in [static_cast<NSTabView*>(child) tabViewItems]) finishViews([item view]);
     }
-    finishLabels(child);
+    finishViews(child);
+  }
+}
+
+// Without a tile or a dock nothing would bring a hidden application back.
+void removeHidingCommands(NSMenu* menu) {
+  for (NSMenuItem* item in [NSArray arrayWithArray:[menu itemArray]]) {
+    const SEL action = [item action];
+    if ([item hasSubmenu]) {
+      removeHidingCommands([item submenu]);
+    } else if (action == @selector(hide:) || action == @selector(hideOtherApplications:) ||
+               action == @selector(unhideAllApplications:)) {
+      [menu removeItem:item];
+    }
   }
 }
 
@@ -68,7 +95,8 @@ void prepareApplication() {
 }
 
 void finishWindow(NSWindow* window) {
-  finishLabels([window contentView]);
+  finishViews([window contentView]);
+  removeHidingCommands([NSApp mainMenu]);
 }
 
 }  // namespace kr::platform

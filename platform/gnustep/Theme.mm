@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#import "platform/gnustep/DefaultButton.h"
 #import "platform/gnustep/ThemeColors.h"
 
 using kr::theme::color;
@@ -9,13 +10,21 @@ using kr::theme::color;
 namespace {
 
 constexpr CGFloat kButtonRadius = 6;
+// A push button's frame is that much wider than what is drawn, as in AppKit: files place buttons by their
+// frames.
+constexpr CGFloat kButtonMargin = 6;
 constexpr CGFloat kBarHeight = 6;
-constexpr CGFloat kScrollerWidth = 12;
+constexpr CGFloat kScrollerWidth = 14;
+constexpr CGFloat kKnobInset = 3;
 constexpr double kBarSteps = 40;        // of the animation, for one way of the moving part
 constexpr double kBarMovingPart = 0.3;  // of the bar's length
 
 NSBezierPath* rounded(NSRect rect, CGFloat radius) {
   return [NSBezierPath bezierPathWithRoundedRect:rect xRadius:radius yRadius:radius];
+}
+
+NSRect pushButtonRect(NSRect frame) {
+  return NSInsetRect(frame, kButtonMargin - 0.5, 1.5);
 }
 
 void fill(NSBezierPath* path, int value) {
@@ -30,12 +39,6 @@ void outline(NSBezierPath* path, int value) {
 
 bool isPressed(GSThemeControlState state) {
   return state == GSThemeHighlightedState || state == GSThemeHighlightedFirstResponderState;
-}
-
-// The button that Return presses.
-bool isDefault(NSCell* cell) {
-  return [cell isKindOfClass:[NSButtonCell class]] && [cell isEnabled] &&
-         [[static_cast<NSButtonCell*>(cell) keyEquivalent] isEqualToString:@"\r"];
 }
 
 void frame(NSRect rect, int surface) {
@@ -54,6 +57,7 @@ void frame(NSRect rect, int surface) {
 + (void)install {
   NSBundle* bundle = [NSBundle mainBundle];
   [GSTheme setTheme:[[[self alloc] initWithBundle:bundle] autorelease]];
+  kr::theme::colorDefaultButtonTitles();
 }
 
 - (void)dealloc {
@@ -81,12 +85,11 @@ void frame(NSRect rect, int surface) {
               view:(NSView*)view
              style:(int)style
              state:(GSThemeControlState)state {
-  const NSRect inside = NSInsetRect(rect, 1.5, 1.5);
   if (style == NSHelpButtonBezelStyle) {
-    [self drawHelpButton:inside pressed:isPressed(state)];
+    [self drawHelpButton:NSInsetRect(rect, 1.5, 1.5) pressed:isPressed(state)];
   } else if (style == NSRoundedBezelStyle) {
-    NSBezierPath* path = rounded(inside, kButtonRadius);
-    if (isDefault(cell)) {
+    NSBezierPath* path = rounded(pushButtonRect(rect), kButtonRadius);
+    if (kr::theme::isDefaultButton(cell)) {
       fill(path, isPressed(state) ? kr::theme::kAccentPressed : kr::theme::kAccent);
     } else {
       fill(path, isPressed(state) ? kr::theme::kSurfacePressed : kr::theme::kSurface);
@@ -112,8 +115,16 @@ void frame(NSRect rect, int surface) {
 
 // A focused button shows it by its ring; the default button needs none, as its fill says what Return does.
 - (void)drawFocusFrame:(NSRect)rect view:(NSView*)view {
-  if ([view isKindOfClass:[NSButton class]] && isDefault([static_cast<NSButton*>(view) cell])) return;
-  NSBezierPath* path = rounded(NSInsetRect(rect, 2, 2), kButtonRadius - 1);
+  NSRect around = NSInsetRect(rect, 2, 2);
+  CGFloat radius = kButtonRadius - 1;
+  if ([view isKindOfClass:[NSButton class]]) {
+    NSButtonCell* cell = static_cast<NSButtonCell*>([static_cast<NSButton*>(view) cell]);
+    if (![cell isEnabled] || kr::theme::isDefaultButton(cell)) return;
+    const bool isRound = [cell bezelStyle] == NSHelpButtonBezelStyle;
+    around = isRound ? NSInsetRect([view bounds], 1.5, 1.5) : pushButtonRect([view bounds]);
+    radius = isRound ? NSWidth(around) / 2 : kButtonRadius;
+  }
+  NSBezierPath* path = rounded(around, radius);
   [path setLineWidth:2];
   outline(path, kr::theme::kAccent);
 }
@@ -145,6 +156,33 @@ void frame(NSRect rect, int surface) {
     bar.size.width *= value;
   }
   fill(rounded(bar, kBarHeight / 2), kr::theme::kAccent);
+}
+
+// The menu shows nowhere; its key equivalents work all the same.
+- (void)setMenu:(NSMenu*)menu forWindow:(NSWindow*)window {
+}
+
+- (void)updateMenu:(NSMenu*)menu forWindow:(NSWindow*)window {
+}
+
+- (void)updateAllWindowsWithMenu:(NSMenu*)menu {
+}
+
+- (float)menuHeightForWindow:(NSWindow*)window {
+  return 0;
+}
+
+// A knob on the surface of what is scrolled, without a groove or arrows.
+- (void)drawScrollerRect:(NSRect)rect
+                  inView:(NSView*)view
+                 hitPart:(NSScrollerPart)part
+            isHorizontal:(BOOL)horizontal {
+  [color(kr::theme::kSurface) set];
+  NSRectFill(rect);
+  NSScroller* scroller = static_cast<NSScroller*>(view);
+  if (![scroller isEnabled] || [scroller knobProportion] >= 1) return;
+  const NSRect knob = NSInsetRect([scroller rectForPart:NSScrollerKnob], kKnobInset, kKnobInset);
+  fill(rounded(knob, (horizontal ? NSHeight(knob) : NSWidth(knob)) / 2), kr::theme::kKnob);
 }
 
 - (float)defaultScrollerWidth {

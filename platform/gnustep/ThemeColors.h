@@ -11,6 +11,7 @@ inline constexpr int kWindow = 0xF6F7F9;
 inline constexpr int kSurface = 0xFFFFFF;
 inline constexpr int kSurfacePressed = 0xE6E9EE;
 inline constexpr int kText = 0x1C2128;
+inline constexpr int kTextSecondary = 0x59626F;
 inline constexpr int kTextDisabled = 0x6B7380;
 inline constexpr int kLine = 0xC3C9D2;
 inline constexpr int kTrack = 0xDFE3E9;
@@ -26,7 +27,7 @@ struct SystemColor {
 };
 
 // Every name that controls of this application draw with.
-inline const std::array<SystemColor, 23> kSystemColors{{{@"windowBackgroundColor", kWindow},
+inline const std::array<SystemColor, 26> kSystemColors{{{@"windowBackgroundColor", kWindow},
                                                         {@"controlColor", kWindow},
                                                         {@"controlBackgroundColor", kSurface},
                                                         {@"controlHighlightColor", kWindow},
@@ -40,6 +41,9 @@ inline const std::array<SystemColor, 23> kSystemColors{{{@"windowBackgroundColor
                                                         {@"keyboardFocusIndicatorColor", kAccent},
                                                         {@"knobColor", kKnob},
                                                         {@"labelColor", kText},
+                                                        {@"secondaryLabelColor", kTextSecondary},
+                                                        {@"tertiaryLabelColor", kTextDisabled},
+                                                        {@"quaternaryLabelColor", kLine},
                                                         {@"scrollBarColor", kSurface},
                                                         {@"selectedControlColor", kSelection},
                                                         {@"selectedMenuItemColor", kAccent},

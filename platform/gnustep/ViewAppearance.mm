@@ -1,5 +1,5 @@
-// What AppKit has had for views since 10.14 and GNUstep lacks: an appearance of their own. The theme has one appearance,
-// so a view only keeps the one that it was given; whoever draws may ask for it.
+// What AppKit has had for views since 10.14 and GNUstep lacks: an appearance of their own. The theme has one
+// appearance, so a view only keeps the one that it was given; whoever draws may ask for it.
 #import <AppKit/AppKit.h>
 #include <objc/runtime.h>
 
