@@ -107,7 +107,7 @@ TEST_F(Setup, AProductWithoutASignatureIsAnErrorUnderItsFilledTitle) {
 
 TEST_F(Setup, AReadMeOpensTheFirstPageInTheLightAppearance) {
   const std::string readMe =
-      scratch_.file("readme.rtf", "{\\rtf1\\ansi{\\fonttbl\\f0 Inter;}\\f0 Welcome to {\\b Notes}.}");
+      scratch_.file("readme.rtf", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fnil Inter;}}\\f0 Welcome to {\\b Notes}.}");
   load({"-sourcePath", product(), "-readMePath", readMe});
   EXPECT_EQ(page(), 0);
   EXPECT_EQ(toBytes([[controller_->readMeTextView textStorage] string]), "Welcome to Notes.");
