@@ -2,6 +2,7 @@
 
 #include <stdlib.h>
 
+#include "platform/gnustep/CommandLineBytes.h"
 #import "platform/gnustep/Theme.h"
 
 namespace kr::platform {
@@ -85,6 +86,7 @@ void removeHidingCommands(NSMenu* menu) {
 }  // namespace
 
 void prepareApplication() {
+  restoreCommandLineBytes();
   @autoreleasepool {
     // File names and texts are UTF-8 whatever the locale is.
     ::setenv("GNUSTEP_STRING_ENCODING", "NSUTF8StringEncoding", 0);
