@@ -1,6 +1,6 @@
-// Foundation reads the command line while it is loaded, and ends the program when a word is not UTF-8: a path need not be.
-// Bytes that are not ASCII are therefore hidden from it, from before the first library is initialised until restored
-// here. Nothing in this project reads Foundation's copy of the command line.
+// Foundation reads the command line while it is loaded, and ends the program when a word is not UTF-8: a path
+// need not be. Bytes that are not ASCII are therefore hidden from it, from before the first library is
+// initialised until restored here. Nothing in this project reads Foundation's copy of the command line.
 #pragma once
 
 namespace kr::platform {

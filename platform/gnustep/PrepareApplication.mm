@@ -4,6 +4,7 @@
 
 #include "platform/gnustep/CommandLineBytes.h"
 #import "platform/gnustep/Theme.h"
+#import "platform/gnustep/TruncatingLabel.h"
 
 namespace kr::platform {
 namespace {
@@ -50,6 +51,7 @@ void finishLabel(NSTextField* label) {
   [label setBordered:NO];
   [label setBezeled:NO];
   [label setDrawsBackground:NO];
+  kr::theme::truncateInTheMiddle(label);
   if ([label tag] == kBoldLabel) [label setFont:[NSFont boldSystemFontOfSize:[[label font] pointSize]]];
 }
 
@@ -97,6 +99,8 @@ void prepareApplication() {
 }
 
 void finishWindow(NSWindow* window) {
+  // A file's place on the screen is one for the screen that it was drawn on.
+  [window center];
   finishViews([window contentView]);
   removeHidingCommands([NSApp mainMenu]);
 }
