@@ -1,6 +1,10 @@
 #import "platform/cocoa/PrepareApplication.h"
 
+#include <objc/runtime.h>
 #include <stdlib.h>
+
+#include <algorithm>
+#include <iterator>
 
 #include "platform/gnustep/CommandLineBytes.h"
 #import "platform/gnustep/Theme.h"
@@ -72,14 +76,23 @@ void finishViews(NSView* view) {
   }
 }
 
+// Selectors of one name can be several on this runtime: sel_isEqual compares their names.
+bool isHidingCommand(SEL action) {
+  const SEL commands[] = {
+    @selector(hide:),
+    @selector(hideOtherApplications:),
+    @selector(unhideAllApplications:)
+  };
+  return std::any_of(std::begin(commands), std::end(commands),
+                     [action](SEL command) { return action != nullptr && sel_isEqual(action, command); });
+}
+
 // Without a tile or a dock nothing would bring a hidden application back.
 void removeHidingCommands(NSMenu* menu) {
   for (NSMenuItem* item in [NSArray arrayWithArray:[menu itemArray]]) {
-    const SEL action = [item action];
     if ([item hasSubmenu]) {
       removeHidingCommands([item submenu]);
-    } else if (action == @selector(hide:) || action == @selector(hideOtherApplications:) ||
-               action == @selector(unhideAllApplications:)) {
+    } else if (isHidingCommand([item action])) {
       [menu removeItem:item];
     }
   }
