@@ -69,7 +69,8 @@ using kr::toNSString;
     }
   }
   [arguments setObject:toNSString(std::string_view(destination)) forKey:KRInstallerKeyDestinationPath];
-  [pathField setStringValue:[self localizedPath:toNSString(std::string_view(destination))]];
+  [pathField
+      setStringValue:kr::toDisplayText([self localizedPath:toNSString(std::string_view(destination))])];
 }
 
 @end

@@ -27,7 +27,7 @@ class WorkspaceSteps final : public kr::LaunchSteps {
 
   kr::Guarded<bool> hasIcon() override {
     @try {
-      NSString* path = kr::toNSString(std::string_view(destination_));
+      NSString* path = kr::toDisplayText(kr::toNSString(std::string_view(destination_)));
       return {[[NSWorkspace sharedWorkspace] iconForFile:path] != nil, {}};
     } @catch (NSException* exception) {
       return {false, textOf(exception)};

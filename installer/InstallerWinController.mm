@@ -30,7 +30,8 @@ NSString* textIn(NSDictionary* dictionary, NSString* key) {
 }
 
 NSImage* imageAt(NSString* path) {
-  return [path length] == 0 ? nil : [[[NSImage alloc] initWithContentsOfFile:path] autorelease];
+  return [path length] == 0 ? nil
+                            : [[[NSImage alloc] initWithContentsOfFile:kr::toDisplayText(path)] autorelease];
 }
 
 }  // namespace
@@ -104,7 +105,7 @@ NSImage* imageAt(NSString* path) {
     if (path.empty()) path = kr::bundleResourcePath(source, toBytes(name), "");
     icon = imageAt(toNSString(path));
   }
-  if (icon == nil) icon = [[NSWorkspace sharedWorkspace] iconForFile:sourcePath];
+  if (icon == nil) icon = [[NSWorkspace sharedWorkspace] iconForFile:kr::toDisplayText(sourcePath)];
   if (icon == nil) return;
   [iconField setImage:icon];
   [NSApp setApplicationIconImage:icon];
@@ -134,7 +135,7 @@ NSImage* imageAt(NSString* path) {
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"
     NSAttributedString* text =
-        [[NSAttributedString alloc] initWithPath:[self argument:KRInstallerKeyReadMePath]
+        [[NSAttributedString alloc] initWithPath:kr::toDisplayText([self argument:KRInstallerKeyReadMePath])
                               documentAttributes:nullptr];
 #pragma clang diagnostic pop
     if (text != nil) [[readMeTextView textStorage] setAttributedString:text];

@@ -8,7 +8,8 @@ namespace kr {
 // From the strings table of the application.
 [[nodiscard]] NSString* localized(NSString* englishText);
 
-// The text as a format, filled with the value; every placeholder ("%@", "%1$@") takes the same value.
+// The text as a format, filled with the value; every placeholder ("%@", "%1$@") takes the same value, in a
+// form that can be shown.
 [[nodiscard]] NSString* filled(NSString* format, NSString* value);
 
 // localized(), then filled().

@@ -1,6 +1,7 @@
 #import "installer/Localized.h"
 
 #import "installer/InstallerWinController.h"
+#import "platform/cocoa/Bridging.h"
 
 namespace kr {
 
@@ -11,7 +12,7 @@ NSString* localized(NSString* englishText) {
 
 NSString* filled(NSString* format, NSString* value) {
   if ([format rangeOfString:@"%"].location == NSNotFound) return format;
-  return [NSString stringWithFormat:format, value];
+  return [NSString stringWithFormat:format, toDisplayText(value)];
 }
 
 NSString* localizedFormat(NSString* englishFormat, NSString* value) {

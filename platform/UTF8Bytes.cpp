@@ -100,4 +100,16 @@ std::string bytesFromUTF16(std::u16string_view units) {
   return bytes;
 }
 
+std::u16string withoutLoneSurrogates(std::u16string_view units) {
+  std::u16string text(units);
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (isHigh(text[at]) && at + 1 < text.size() && isLow(text[at + 1])) {
+      ++at;
+    } else if (isSurrogate(text[at])) {
+      text[at] = static_cast<char16_t>(kReplacement);
+    }
+  }
+  return text;
+}
+
 }  // namespace kr::platform

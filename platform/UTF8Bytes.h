@@ -12,4 +12,7 @@ namespace kr::platform {
 // Lone surrogates from 0xDC80 to 0xDCFF become their byte again; any other lone surrogate becomes U+FFFD.
 [[nodiscard]] std::string bytesFromUTF16(std::u16string_view units);
 
+// The same text with U+FFFD in place of every lone surrogate.
+[[nodiscard]] std::u16string withoutLoneSurrogates(std::u16string_view units);
+
 }  // namespace kr::platform

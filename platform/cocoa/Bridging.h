@@ -31,6 +31,10 @@ namespace kr {
 // No text for nil.
 [[nodiscard]] std::optional<std::string> toOptionalBytes(NSString* string);
 
+// The text as it can be shown to people and handed to Cocoa's file calls, which raise on lone surrogates:
+// each of them is replaced by U+FFFD. nil for nil.
+[[nodiscard]] NSString* toDisplayText(NSString* string);
+
 // Strings only; an entry of another class is left out. nil gives an empty list.
 [[nodiscard]] std::vector<std::string> toByteStrings(NSArray* strings);
 [[nodiscard]] NSMutableArray* toNSArray(const std::vector<std::string>& strings);

@@ -39,6 +39,13 @@ std::optional<std::string> toOptionalBytes(NSString* string) {
   return toBytes(string);
 }
 
+NSString* toDisplayText(NSString* string) {
+  if (string == nil) return nil;
+  const std::u16string units = toUTF16(string);
+  std::u16string text = platform::withoutLoneSurrogates(units);
+  return text == units ? string : toNSString(std::u16string_view(text));
+}
+
 std::vector<std::string> toByteStrings(NSArray* strings) {
   std::vector<std::string> result;
   result.reserve([strings count]);

@@ -6,11 +6,12 @@
 
 namespace kr::platform {
 
-// First thing in main(). Gives the toolkit the look and the defaults that it lacks on this system; nothing where the system has
-// them.
+// First thing in main(). Gives the toolkit the look and the defaults that it lacks on this system; nothing
+// where the system has them.
 void prepareApplication();
 
-// Sets what this system's reader of user-interface files does not take from the file. After the window was loaded.
+// Sets what this system's reader of user-interface files does not take from the file. After the window was
+// loaded.
 void finishWindow(NSWindow* window);
 
 }  // namespace kr::platform

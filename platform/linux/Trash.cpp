@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "platform/linux/GLibOwner.h"
+#include "platform/linux/TrashLongName.h"
 
 namespace kr::platform {
 namespace {
@@ -37,6 +38,7 @@ std::optional<Failure> moveToTrash(const std::string& path) {
   GError* error = nullptr;
   if (g_file_trash(file.get(), nullptr, &error)) return std::nullopt;
   const glib::Error owned(error);
+  if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_FILENAME_TOO_LONG)) return moveLongNameToTrash(path);
   return Failure{std::string("move to the Trash (") + owned->message + ")", path, meaning(*owned)};
 }
 

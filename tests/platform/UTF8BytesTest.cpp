@@ -28,6 +28,11 @@ TEST(UTF8Bytes, LoneSurrogatesThatStandForNoByteAreReplaced) {
             "a");
 }
 
+TEST(UTF8Bytes, TextToShowHasNoLoneSurrogates) {
+  EXPECT_EQ(withoutLoneSurrogates(std::u16string{u'a', 0xDCFF, 0xD800, u'b', 0xD83D, 0xDE00, 0xD83D}),
+            (std::u16string{u'a', 0xFFFD, 0xFFFD, u'b', 0xD83D, 0xDE00, 0xFFFD}));
+}
+
 TEST(UTF8Bytes, AnyBytesSurviveTheRoundTrip) {
   std::mt19937 random(20);
   for (int round = 0; round < 2000; ++round) {

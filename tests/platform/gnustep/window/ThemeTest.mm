@@ -68,7 +68,9 @@ class Theme : public ::testing::Test {
 
   void show() {
     [window_ makeKeyAndOrderFront:nil];
-    run(0.3);
+    for (int i = 0; i < 100 && ![window_ isKeyWindow]; ++i) run(0.05);
+    ASSERT_TRUE([window_ isKeyWindow]);
+    run(0.1);
     [window_ makeFirstResponder:nil];
   }
 
