@@ -67,8 +67,12 @@ class Theme : public ::testing::Test {
   }
 
   void show() {
-    [window_ makeKeyAndOrderFront:nil];
-    for (int i = 0; i < 100 && ![window_ isKeyWindow]; ++i) run(0.05);
+    // The window manager may still be busy with the focus of the window before.
+    for (int i = 0; i < 20 && !([NSApp isActive] && [window_ isKeyWindow]); ++i) {
+      [NSApp activateIgnoringOtherApps:YES];
+      [window_ makeKeyAndOrderFront:nil];
+      run(0.25);
+    }
     ASSERT_TRUE([window_ isKeyWindow]);
     run(0.1);
     [window_ makeFirstResponder:nil];
