@@ -25,7 +25,7 @@ NSRect drawTitle(NSButtonCell* cell, SEL selector, NSAttributedString* title, NS
 bool isDefaultButton(NSCell* cell) {
   if (![cell isKindOfClass:[NSButtonCell class]] || ![cell isEnabled]) return false;
   NSButtonCell* button = static_cast<NSButtonCell*>(cell);
-  return [button bezelStyle] == NSRoundedBezelStyle && [[button keyEquivalent] isEqualToString:@"\r"];
+  return [button isBordered] && [[button keyEquivalent] isEqualToString:@"\r"];
 }
 
 // A theme has no say in the colour of a title, and the way that themes have to override other classes'

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "platform/gnustep/CommandLineBytes.h"
+#import "platform/gnustep/ImageTypes.h"
 #import "platform/gnustep/Theme.h"
 #import "platform/gnustep/TruncatingLabel.h"
 
@@ -17,8 +18,10 @@ namespace {
 NSDictionary* defaults() {
   NSMutableDictionary* values = [NSMutableDictionary dictionaryWithDictionary:@{
     @"NSFontSize" : @"13",
-    // No tile for the running application, no floating menu, and frames by the window manager.
+    // No tile for the running application or a small window, no floating menu, and frames by the window
+    // manager.
     @"GSSuppressAppIcon" : @"YES",
+    @"GSAppOwnsMiniwindow" : @"NO",
     @"NSMenuInterfaceStyle" : @"NSWindows95InterfaceStyle",
     @"NSScrollViewInterfaceStyle" : @"NSWindows95InterfaceStyle",
     @"GSScrollViewNoInnerBorder" : @"YES",
@@ -106,6 +109,7 @@ void prepareApplication() {
     // File names and texts are UTF-8 whatever the locale is.
     ::setenv("GNUSTEP_STRING_ENCODING", "NSUTF8StringEncoding", 0);
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults()];
+    theme::keepOwnImageTypes();
     [NSApplication sharedApplication];
     [KRTheme install];
   }

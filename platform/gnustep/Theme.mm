@@ -58,6 +58,8 @@ void frame(NSRect rect, int surface) {
   NSBundle* bundle = [NSBundle mainBundle];
   [GSTheme setTheme:[[[self alloc] initWithBundle:bundle] autorelease]];
   kr::theme::colorDefaultButtonTitles();
+  // The arrow that alerts put on their default button: its fill says as much.
+  [[[[NSImage alloc] initWithSize:NSMakeSize(1, 1)] autorelease] setName:@"common_ret"];
 }
 
 - (void)dealloc {
@@ -87,8 +89,11 @@ void frame(NSRect rect, int surface) {
              state:(GSThemeControlState)state {
   if (style == NSHelpButtonBezelStyle) {
     [self drawHelpButton:NSInsetRect(rect, 1.5, 1.5) pressed:isPressed(state)];
-  } else if (style == NSRoundedBezelStyle) {
-    NSBezierPath* path = rounded(pushButtonRect(rect), kButtonRadius);
+  } else if ([cell isKindOfClass:[NSButtonCell class]]) {
+    // The toolkit's own alerts use other styles for their push buttons, and frames without a margin.
+    const bool hasMargin = style == NSRoundedBezelStyle;
+    NSBezierPath* path =
+        rounded(hasMargin ? pushButtonRect(rect) : NSInsetRect(rect, 1.5, 1.5), kButtonRadius);
     if (kr::theme::isDefaultButton(cell)) {
       fill(path, isPressed(state) ? kr::theme::kAccentPressed : kr::theme::kAccent);
     } else {
