@@ -280,6 +280,14 @@ TEST_F(InstallApplicationRefusals, AnItemInTheWayThatHoldsWhatIsCopied) {
   }
 }
 
+TEST_F(InstallApplicationRefusals, AnItemInTheWayThatHoldsTheWrapper) {
+  destination_ = scratch_ / "Q.app";
+  scratch_.folder("tools/Wrapper");
+  ASSERT_EQ(::symlink("nowhere", (scratch_ / "tools/Wrapper/tools").c_str()), 0);
+  expectRefused("ERROR -- Could not copy auxiliary item to " + scratch_ / "tools",
+                scratch_ / "tools/Wrapper");
+}
+
 TEST_F(InstallApplicationRefusals, AnItemInTheWayThatHoldsTheInstaller) {
   scratch_.file("disk/Wrapper/Tools/file");
   program_.bundle = scratch_.folder("Applications/Tools/VelmoraInstaller.app");
