@@ -28,16 +28,9 @@ Kind kindOf(int folder, const dirent& entry) {
 }  // namespace
 
 Kind kindOf(mode_t mode) noexcept {
-  switch (mode & S_IFMT) {
-    case S_IFDIR:
-      return Kind::folder;
-    case S_IFREG:
-      return Kind::file;
-    case S_IFLNK:
-      return Kind::link;
-    default:
-      return Kind::special;
-  }
+  if (S_ISDIR(mode)) return Kind::folder;
+  if (S_ISREG(mode)) return Kind::file;
+  return S_ISLNK(mode) ? Kind::link : Kind::special;
 }
 
 Outcome listFolder(int folder, FolderListing& listing) {

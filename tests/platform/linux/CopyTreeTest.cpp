@@ -3,6 +3,9 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/fiemap.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -11,7 +14,8 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include "platform/Paths.h"
+#include <array>
+
 #include "platform/posix/Files.h"
 #include "tests/support/FileTree.h"
 #include "tests/support/Forked.h"
@@ -188,6 +192,42 @@ TEST_F(CopyTree, KeepsHoles) {
   EXPECT_LT(status.st_blocks * 512, 1L << 20);
   ASSERT_EQ(::stat((destination_ + "/only a hole").c_str(), &status), 0);
   EXPECT_EQ(status.st_blocks, 0);
+}
+
+// Whether the file's first stretch on the disk belongs to another file as well.
+bool sharesItsBlocks(const std::string& path) {
+  alignas(fiemap) std::array<char, sizeof(fiemap) + sizeof(fiemap_extent)> memory{};
+  auto* map = reinterpret_cast<fiemap*>(memory.data());
+  map->fm_length = FIEMAP_MAX_OFFSET;
+  map->fm_flags = FIEMAP_FLAG_SYNC;
+  map->fm_extent_count = 1;
+  const int file = ::open(path.c_str(), O_RDONLY);
+  const bool known = ::ioctl(file, FS_IOC_FIEMAP, map) == 0 && map->fm_mapped_extents == 1;
+  ::close(file);
+  const auto* extent = reinterpret_cast<const fiemap_extent*>(memory.data() + sizeof(fiemap));
+  return known && (extent->fe_flags & FIEMAP_EXTENT_SHARED) != 0;
+}
+
+TEST_F(CopyTree, SharesBlocksWhereTheFileSystemCan) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can make a disk";
+  const std::string disk = scratch_.folder("disk");
+  const std::string image = scratch_.file("image", "");
+  ASSERT_EQ(::truncate(image.c_str(), 256L << 20), 0);
+  ASSERT_EQ(
+      std::system(("mkfs.btrfs -q '" + image + "' && mount -o loop '" + image + "' '" + disk + "'").c_str()),
+      0);
+  scratch_.file("disk/P.app/file", std::string(3000000, 'x'));
+  scratch_.file("disk/P.app/small", "small");
+  EXPECT_FALSE(sharesItsBlocks(disk + "/P.app/file"));
+  const auto failure = copyTree(disk + "/P.app", disk + "/Q.app");
+  EXPECT_FALSE(failure) << failure->text();
+  EXPECT_EQ(fileTree(disk + "/Q.app"), fileTree(disk + "/P.app"));
+  EXPECT_TRUE(sharesItsBlocks(disk + "/Q.app/file"));
+  // From another file system it cannot.
+  file("file", std::string(3000000, 'y'));
+  EXPECT_FALSE(copyTree(source_, disk + "/R.app"));
+  EXPECT_EQ(readFile(disk + "/R.app/file"), readFile(source_ + "/file"));
+  EXPECT_EQ(std::system(("umount '" + disk + "'").c_str()), 0);
 }
 
 TEST_F(CopyTree, KeepsOwnersForRoot) {
