@@ -47,12 +47,20 @@ void useTime(long milliseconds) {
 bool openWindow(xcb_connection_t* connection, const std::string& title) {
   const xcb_screen_t* screen = ::xcb_setup_roots_iterator(::xcb_get_setup(connection)).data;
   const xcb_window_t window = ::xcb_generate_id(connection);
+  const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   ::xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 200, 120, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_EVENT_MASK, &events);
   ::xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(title.size()), title.data());
   ::xcb_map_window(connection, window);
-  return ::xcb_flush(connection) > 0;
+  ::xcb_flush(connection);
+  // The next window is to lie above this one, so this one has to be there first.
+  while (xcb_generic_event_t* event = ::xcb_wait_for_event(connection)) {
+    const bool mapped = (event->response_type & 0x7F) == XCB_MAP_NOTIFY;
+    std::free(event);
+    if (mapped) return true;
+  }
+  return false;
 }
 
 // Events of the server are taken so that they do not pile up.
