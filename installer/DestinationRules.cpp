@@ -4,11 +4,13 @@
 #include <array>
 
 #include "installer/WriteProbe.h"
+#include "platform/FourCharacterCode.h"
 #include "platform/Log.h"
 #include "platform/LoginItems.h"
 #include "platform/Paths.h"
 #include "platform/Services.h"
 #include "platform/StandardFolders.h"
+#include "platform/UTF8Bytes.h"
 #include "platform/posix/Files.h"
 
 namespace kr {
@@ -22,7 +24,7 @@ constexpr std::array<Fragments, 4> kUnsupportedFragments{
     {{"/build", "/qam/"}, {"/Volumes/", "-Install"}, {"/Trash/", ""}, {"/.Trash/", ""}}};
 constexpr std::string_view kTemporaryFolder = "/private/var/";
 
-// A path this short is "/", "~" or a name of one letter.
+// In UTF-16 units. A path shorter than this is "/", "~" or a name of one letter.
 constexpr std::size_t kShortestLocalizedPath = 3;
 
 bool contains(std::string_view text, std::string_view fragment) {
@@ -32,7 +34,7 @@ bool contains(std::string_view text, std::string_view fragment) {
 std::optional<std::string> firstSupportedPath(const std::vector<RunningCopy>& processes,
                                               const std::function<bool(std::uint32_t)>& isWanted) {
   for (const RunningCopy& process : processes) {
-    if (process.isInstaller || !isWanted(process.signature)) continue;
+    if (process.isInstaller || !isSignature(process.signature) || !isWanted(process.signature)) continue;
     const std::optional<std::string> path = process.path();
     if (path && !isInUnsupportedFolder(path)) return path;
   }
@@ -106,7 +108,7 @@ std::string destinationInWrapper(std::string_view destination, std::string_view 
 }
 
 std::string recursiveLocalizedPath(const std::string& path) {
-  if (path.size() < kShortestLocalizedPath) return path;
+  if (platform::utf16FromBytes(path).size() < kShortestLocalizedPath) return path;
   platform::StandardFolders& folders = *platform::services().folders;
   return paths::joined(recursiveLocalizedPath(std::string(paths::parent(path))),
                        folders.displayName(paths::expandingTilde(path, folders.home())));

@@ -27,7 +27,7 @@ struct RunningCopy {
 };
 
 // Path of the running copy to replace: the first with the first code, else the first with any of the codes.
-// The installer itself and copies in unsupported folders do not count.
+// The installer itself, programs without a signature and copies in unsupported folders do not count.
 [[nodiscard]] std::optional<std::string> pathToReplace(const std::vector<RunningCopy>& processes,
                                                        const std::vector<std::uint32_t>& productCodes);
 

@@ -4,6 +4,7 @@
 #import "library/process/KRProcess.h"
 #include "library/process/SignatureText.h"
 #include "platform/Clock.h"
+#include "platform/FourCharacterCode.h"
 #include "platform/Log.h"
 #include "platform/Services.h"
 #import "platform/cocoa/Bridging.h"
@@ -25,22 +26,18 @@ constexpr double kBetweenRequests = 0.1;
   return NO;
 }
 
-// The running copies, in the order of the process list. The installer is never one of them.
-- (NSArray*)processesToQuit {
-  NSArray* quitCodes = [self codes:KRInstallerKeyQuitCode];
-  NSMutableArray* matching = [NSMutableArray array];
-  if (quitCodes == nil) return matching;
-  KRProcess* installer = [KRProcess currentProcess];
-  for (KRProcess* process in [KRProcess allProcesses]) {
-    if ([self signature:[process signature] isInArray:quitCodes] && ![process isEqual:installer]) {
-      [matching addObject:process];
-    }
-  }
-  return matching;
+// Whether the process is a running copy that has to quit. The installer never is, and neither is a program
+// without a signature: to take a code that says "none" at its word would end every such program of the
+// session.
+- (BOOL)mustQuit:(KRProcess*)process {
+  const uint32_t code = [process signature];
+  return kr::isSignature(code) && [self signature:code isInArray:[self codes:KRInstallerKeyQuitCode]] &&
+         ![process isEqual:[KRProcess currentProcess]];
 }
 
 - (void)quitProcesses {
-  for (KRProcess* process in [self processesToQuit]) {
+  for (KRProcess* process in [KRProcess allProcesses]) {
+    if (![self mustQuit:process]) continue;
     kr::log("Quitting '%@': %@", toBytes([process signatureString]), kr::toOptionalBytes([process name]));
     [process quit];
     kr::platform::services().clock->sleep(kBetweenRequests);
@@ -48,11 +45,13 @@ constexpr double kBetweenRequests = 0.1;
 }
 
 - (NSString*)processToQuitStillRunning {
-  NSArray* running = [self processesToQuit];
-  if ([running count] == 0) return nil;
-  KRProcess* process = [running objectAtIndex:0];
-  kr::log("Still running '%@': %@", toBytes([process signatureString]), kr::toOptionalBytes([process name]));
-  return [process name];
+  for (KRProcess* process in [KRProcess allProcesses]) {
+    if (![self mustQuit:process]) continue;
+    kr::log("Still running '%@': %@", toBytes([process signatureString]),
+            kr::toOptionalBytes([process name]));
+    return [process name];
+  }
+  return nil;
 }
 
 @end

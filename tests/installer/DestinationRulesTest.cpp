@@ -96,6 +96,12 @@ TEST_F(DestinationRules, TheInstallerAndUnsupportedFoldersAreSkipped) {
   EXPECT_EQ(pathToReplace({copy(kMain, "/a.app")}, {}), std::nullopt);
 }
 
+TEST_F(DestinationRules, AProgramWithoutASignatureIsNobodysCopy) {
+  EXPECT_EQ(
+      pathToReplace({copy(0x3F3F3F3F, "/usr/bin/terminal"), copy(0, "/usr/bin/ended")}, {0x3F3F3F3F, 0}),
+      std::nullopt);
+}
+
 TEST_F(DestinationRules, ALoginItemIsPreferredToARunningCopy) {
   loginItems_.items = Lines{"/opt/P.app"};
   EXPECT_EQ(preferredDestination("P", [] { return std::optional<std::string>("/run/P.app"); }), "/opt/P.app");
