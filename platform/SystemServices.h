@@ -1,6 +1,6 @@
 // One function per service, each defined by the implementation for the system that is built for. The services
-// live as long as the program. Only Services.cpp and tests of the real services call these; everything else
-// asks services().
+// are never destroyed: the install thread may still use them while the program exits. Only Services.cpp and
+// tests of the real services call these; everything else asks services().
 #pragma once
 
 #include "platform/Services.h"

@@ -145,7 +145,7 @@ class BusAppleEvents final : public AppleEvents {
 }  // namespace
 
 AppleEvents& systemAppleEvents() noexcept {
-  static BusAppleEvents events;
+  static BusAppleEvents& events = *new BusAppleEvents;
   return events;
 }
 

@@ -26,7 +26,7 @@ class LinuxFileOperations final : public FileOperations {
 }  // namespace
 
 FileOperations& systemFileOperations() noexcept {
-  static LinuxFileOperations operations;
+  static LinuxFileOperations& operations = *new LinuxFileOperations;
   return operations;
 }
 

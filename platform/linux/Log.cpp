@@ -52,7 +52,7 @@ class StandardErrorLog final : public LogSink {
 }  // namespace
 
 LogSink& systemLog() noexcept {
-  static StandardErrorLog log;
+  static StandardErrorLog& log = *new StandardErrorLog;
   return log;
 }
 

@@ -68,7 +68,7 @@ class AutostartEntries final : public LoginItems {
 }  // namespace
 
 LoginItems& systemLoginItems() noexcept {
-  static AutostartEntries items;
+  static AutostartEntries& items = *new AutostartEntries;
   return items;
 }
 

@@ -34,7 +34,7 @@ class SignalControl final : public ProcessControl {
 }  // namespace
 
 ProcessControl& systemProcessControl() noexcept {
-  static SignalControl control;
+  static SignalControl& control = *new SignalControl;
   return control;
 }
 

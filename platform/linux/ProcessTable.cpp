@@ -163,7 +163,7 @@ class ProcTable final : public ProcessTable {
 }  // namespace
 
 ProcessTable& systemProcessTable() noexcept {
-  static ProcTable table;
+  static ProcTable& table = *new ProcTable;
   return table;
 }
 

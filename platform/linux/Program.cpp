@@ -36,7 +36,7 @@ class RunningProgram final : public Program {
 }  // namespace
 
 Program& systemProgram() noexcept {
-  static RunningProgram program;
+  static RunningProgram& program = *new RunningProgram;
   return program;
 }
 

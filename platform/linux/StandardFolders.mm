@@ -59,7 +59,7 @@ class DesktopFolders final : public StandardFolders {
 }  // namespace
 
 StandardFolders& systemStandardFolders() noexcept {
-  static DesktopFolders folders;
+  static DesktopFolders& folders = *new DesktopFolders;
   return folders;
 }
 

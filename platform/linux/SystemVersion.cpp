@@ -54,7 +54,7 @@ class OfferedLevel final : public SystemVersion {
 }  // namespace
 
 SystemVersion& systemSystemVersion() noexcept {
-  static OfferedLevel level;
+  static OfferedLevel& level = *new OfferedLevel;
   return level;
 }
 

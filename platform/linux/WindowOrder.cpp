@@ -42,7 +42,7 @@ class X11WindowOrder final : public WindowOrder {
 }  // namespace
 
 WindowOrder& systemWindowOrder() noexcept {
-  static X11WindowOrder order;
+  static X11WindowOrder& order = *new X11WindowOrder;
   return order;
 }
 

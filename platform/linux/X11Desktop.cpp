@@ -33,7 +33,7 @@ void activate(X11Session& session, xcb_window_t window) {
 }  // namespace
 
 X11Desktop& X11Desktop::shared() {
-  static X11Desktop desktop;
+  static X11Desktop& desktop = *new X11Desktop;
   return desktop;
 }
 

@@ -33,7 +33,7 @@ class PosixClock final : public Clock {
 }  // namespace
 
 Clock& systemClock() noexcept {
-  static PosixClock clock;
+  static PosixClock& clock = *new PosixClock;
   return clock;
 }
 
