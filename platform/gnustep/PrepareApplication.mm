@@ -14,6 +14,8 @@
 namespace kr::platform {
 namespace {
 
+constexpr const char* kEncodingVariable = "GNUSTEP_STRING_ENCODING";
+
 // What the application registers before the toolkit reads it; the user's own settings win.
 NSDictionary* defaults() {
   NSMutableDictionary* values = [NSMutableDictionary dictionaryWithDictionary:@{
@@ -107,17 +109,18 @@ void prepareApplication() {
   restoreCommandLineBytes();
   @autoreleasepool {
     // File names and texts are UTF-8 whatever the locale is.
-    ::setenv("GNUSTEP_STRING_ENCODING", "NSUTF8StringEncoding", 0);
+    const bool encodingIsGiven = ::getenv(kEncodingVariable) != nullptr;
+    ::setenv(kEncodingVariable, "NSUTF8StringEncoding", 0);
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults()];
     theme::keepOwnImageTypes();
     [NSApplication sharedApplication];
     [KRTheme install];
+    // Read by now; the programs that the application starts are to find their own.
+    if (!encodingIsGiven) ::unsetenv(kEncodingVariable);
   }
 }
 
 void finishWindow(NSWindow* window) {
-  // A file's place on the screen is one for the screen that it was drawn on.
-  [window center];
   finishViews([window contentView]);
   removeHidingCommands([NSApp mainMenu]);
 }

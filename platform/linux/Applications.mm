@@ -1,9 +1,13 @@
 #include "platform/Applications.h"
 
 #import <Foundation/Foundation.h>
+#include <fcntl.h>
+#include <gio/gdesktopappinfo.h>
 #include <unistd.h>
 
 #include <array>
+#include <mutex>
+#include <optional>
 
 #include "platform/Log.h"
 #include "platform/Paths.h"
@@ -15,6 +19,7 @@
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/DetachedProcess.h"
 #include "platform/linux/GLibOwner.h"
+#include "platform/posix/FileDescriptor.h"
 #include "platform/posix/Files.h"
 
 namespace kr::platform {
@@ -66,27 +71,43 @@ std::string icon(const std::string& bundlePath, NSDictionary* information) {
   return {};
 }
 
-bool openDocument(const std::string& path) {
+// Why nothing was opened; none when something was.
+using Reason = std::optional<std::string>;
+
+// Hands the document to its default application, which gets nothing of what the installer has open: its
+// output has no place in the installer's log.
+Reason openDocument(const std::string& path) {
   const glib::Object<GFile> file(g_file_new_for_path(path.c_str()));
-  const glib::String uri(g_file_get_uri(file.get()));
   GError* raw = nullptr;
-  const bool opened = g_app_info_launch_default_for_uri(uri.get(), nullptr, &raw) != FALSE;
-  if (raw != nullptr) {
-    const glib::Error error(raw);
-    log("could not open %@: %@", path, std::string_view(error->message));
+  const glib::Object<GAppInfo> application(g_file_query_default_handler(file.get(), nullptr, &raw));
+  bool opened = false;
+  if (application && G_IS_DESKTOP_APP_INFO(application.get())) {
+    const glib::String uri(g_file_get_uri(file.get()));
+    GList uris{uri.get(), nullptr, nullptr};
+    const posix::FileDescriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    opened = g_desktop_app_info_launch_uris_as_manager_with_fds(
+                 G_DESKTOP_APP_INFO(application.get()), &uris, nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
+                 nullptr, nullptr, null.get(), null.get(), null.get(), &raw) != FALSE;
   }
-  return opened;
+  if (opened) return std::nullopt;
+  const glib::Error error(raw);
+  return "could not open " + path + ": " + (error ? error->message : "no application for it");
 }
 
-bool startApplication(const std::string& bundlePath) {
+Reason startApplication(const std::string& bundlePath) {
   const std::string program = executable(bundlePath, bundleInfoDictionary(bundlePath));
-  if (program.empty()) {
-    log("could not start %@: no executable", bundlePath);
-    return false;
-  }
+  if (program.empty()) return "could not start " + bundlePath + ": no executable";
   const std::error_code error = startDetached({program}, services().folders->home());
-  if (error) log("could not start %@: %@", program, error.message());
-  return !error;
+  if (error) return "could not start " + program + ": " + error.message();
+  return std::nullopt;
+}
+
+Reason openItem(const std::string& path) {
+  @autoreleasepool {
+    if (isApplication(path)) return startApplication(path);
+    if (!files::exists(path)) return "could not open " + path + ": it does not exist";
+    return openDocument(path);
+  }
 }
 
 class DesktopApplications final : public Applications {
@@ -108,22 +129,29 @@ class DesktopApplications final : public Applications {
     }
   }
 
+  // Whoever opens again and again hears once why it fails.
   bool open(const std::string& path) override {
-    @autoreleasepool {
-      return isApplication(path) ? startApplication(path) : files::exists(path) && openDocument(path);
-    }
+    const Reason reason = openItem(path);
+    const std::lock_guard lock(mutex_);
+    if (reason && reason != lastReason_) log("%@", *reason);
+    lastReason_ = reason;
+    return !reason;
   }
 
-  void openInBackground(const std::string& path) override { (void)open(path); }
+  void openInBackground(const std::string& path) override { (void)openItem(path); }
 
   // File managers here watch the folders that they show.
   void noteFileSystemChanged(const std::string&) override {}
+
+ private:
+  std::mutex mutex_;
+  Reason lastReason_;
 };
 
 }  // namespace
 
 Applications& systemApplications() noexcept {
-  static DesktopApplications applications;
+  static DesktopApplications& applications = *new DesktopApplications;
   return applications;
 }
 
