@@ -103,9 +103,9 @@ kr::InstallerArguments argumentsFrom(NSDictionary* dictionary) {
     productCodes = [NSMutableArray arrayWithObject:signature];
     [arguments setObject:productCodes forKey:KRInstallerKeyProductCode];
   }
-  NSArray* quitCodes = [self codes:KRInstallerKeyQuitCode];
-  [arguments setObject:quitCodes ? [quitCodes arrayByAddingObjectsFromArray:productCodes] : productCodes
-                forKey:KRInstallerKeyQuitCode];
+  NSMutableArray* quitCodes = [[[self codes:KRInstallerKeyQuitCode] mutableCopy] autorelease];
+  [quitCodes addObjectsFromArray:productCodes];
+  [arguments setObject:quitCodes ? quitCodes : productCodes forKey:KRInstallerKeyQuitCode];
   kr::log("Updated arguments: %@", kr::description(argumentsFrom(arguments)));
   return YES;
 }

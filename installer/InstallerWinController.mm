@@ -113,8 +113,9 @@ NSImage* imageAt(NSString* path) {
 
 - (void)showTexts {
   NSString* name = [self argument:KRInstallerKeyProductName];
-  [nameField
-      setStringValue:displayVersion ? [NSString stringWithFormat:@"%@ %@", name, displayVersion] : name];
+  NSString* nameAndVersion =
+      displayVersion ? [NSString stringWithFormat:@"%@ %@", name, displayVersion] : name;
+  [nameField setStringValue:kr::toDisplayText(nameAndVersion)];
   [introField setStringValue:kr::filled([introField stringValue], name)];
 
   NSString* explanation = kr::filled([explanationField stringValue], name);

@@ -8,8 +8,8 @@ namespace kr {
 // From the strings table of the application.
 [[nodiscard]] NSString* localized(NSString* englishText);
 
-// The text as a format, filled with the value; every placeholder ("%@", "%1$@") takes the same value, in a
-// form that can be shown.
+// The text as a format with one placeholder ("%@"), or with one value at several places ("%1$@"), filled with
+// the value in a form that can be shown.
 [[nodiscard]] NSString* filled(NSString* format, NSString* value);
 
 // localized(), then filled().

@@ -1,4 +1,6 @@
 // What the window does from Install to the result.
+#include <algorithm>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -69,6 +71,7 @@ TEST_F(InstallationInTheWindow, ACopyThatRefusesToQuitCancelsTheInstallation) {
   loadAndPressInstall({"-destinationPath", destination()});
   expectReadyForAnotherTry(
       "Old Notes cannot be running during the installation.\rQuit Old Notes, then click \"Install\" again.");
+  EXPECT_TRUE(logHas("Still running 'VmNt': Old Notes"));
   EXPECT_TRUE(logHas("Old Notes did not quit; will retry"));
   EXPECT_TRUE(logHas("Old Notes refused to quit; installation cancelled"));
   EXPECT_FALSE(files::itemExists(destination()));
@@ -92,6 +95,66 @@ TEST_F(InstallationInTheWindow, EveryRunningCopyIsAskedAndTheInstallerIsNot) {
   EXPECT_EQ(processControl_.politeRequests(101), 1);
   EXPECT_EQ(processControl_.politeRequests(50), 0);
   EXPECT_EQ(processControl_.politeRequests(102), 0);
+}
+
+TEST_F(InstallationInTheWindow, RequestsToQuitAreATenthOfASecondApart) {
+  processes_.add({.pid = 100, .signature = kNotes, .name = "One", .path = "/one.app"});
+  processes_.add({.pid = 101, .signature = kNotes, .name = "Two", .path = "/two.app"});
+  loadAndPressInstall({"-destinationPath", destination()});
+  EXPECT_EQ(std::count(clock_.sleeps().begin(), clock_.sleeps().end(), 0.1), 2);
+}
+
+TEST_F(InstallationInTheWindow, TheFirstCopyThatStillRunsIsNamed) {
+  for (const pid_t pid : {100, 101}) {
+    processes_.add({.pid = pid, .signature = kNotes, .name = pid == 100 ? "One" : "Two", .path = "/x.app"});
+    processControl_.setManners(pid, {.politeRequests = platform::testing::kNeverEnds,
+                                     .forcedRequests = platform::testing::kNeverEnds});
+  }
+  loadAndPressInstall({"-destinationPath", destination()});
+  EXPECT_TRUE(logHas("One refused to quit; installation cancelled"));
+  EXPECT_FALSE(logHas("Two refused to quit; installation cancelled"));
+}
+
+TEST_F(InstallationInTheWindow, ProgramsWithoutASignatureAreLeftAlone) {
+  processes_.add({.pid = 100, .signature = 0x3F3F3F3F, .name = "Terminal", .path = "/usr/bin/terminal"});
+  processes_.add({.pid = 101, .signature = 0, .name = "Ended", .path = "/usr/bin/ended"});
+  loadAndPressInstall({"-destinationPath", destination(), "-quitCode", "????", "abc"});
+  EXPECT_TRUE(controller_->finished);
+  EXPECT_EQ(processControl_.politeRequests(100), 0);
+  EXPECT_EQ(processControl_.politeRequests(101), 0);
+}
+
+TEST_F(InstallationInTheWindow, NoListOfSignaturesHoldsAny) {
+  load({"-sourcePath", product()});
+  EXPECT_FALSE([controller_ signature:kNotes isInArray:nil]);
+  EXPECT_FALSE([controller_ signature:kNotes isInArray:@[]]);
+  EXPECT_TRUE(([controller_ signature:kNotes isInArray:@[ @"AAAA", @"VmNt" ]]));
+}
+
+TEST_F(InstallationInTheWindow, TheInstallersFrontWindowComesForwardAgainInTheEnd) {
+  const auto self =
+      processes_.add({.pid = 50, .signature = 0x566D496E, .name = "Installer", .path = "/i.app"});
+  processes_.setCurrent(self);
+  loadAndPressInstall();
+  using platform::testing::WindowRequest;
+  EXPECT_EQ(windowOrder_.requests,
+            (std::vector<WindowRequest>{{WindowRequest::Kind::front, self},
+                                        {WindowRequest::Kind::frontWindowOnly, self}}));
+}
+
+TEST_F(InstallationInTheWindow, ACancelledAuthorisationLeavesBothButtonsReadyAndNoMessage) {
+  load({"-sourcePath", product()});
+  [controller_->installButton setEnabled:NO];
+  [controller_->cancelButton setEnabled:NO];
+  [controller_ installationFinished:@""];
+  expectReadyForAnotherTry("");
+  EXPECT_TRUE([controller_->installButton isEnabled]);
+}
+
+TEST_F(InstallationInTheWindow, TheQuitDelayCountsAfterAFailureToo) {
+  load({"-sourcePath", product(), "-completionQuit", "250"});
+  [controller_ installationFinished:@"failed"];
+  EXPECT_TRUE(logHas("quit delay: 250.0"));
 }
 
 TEST_F(InstallationInTheWindow, AFailedCopyExplainsItselfAndHowToCopyByHand) {

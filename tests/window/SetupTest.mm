@@ -1,7 +1,10 @@
 // What the window shows once it is set up.
 #import "installer/KRInstallerInterface.h"
+#import "library/appearance/KRViewExtensions.h"
+#include "platform/Paths.h"
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PrepareApplication.h"
+#include "platform/posix/Files.h"
 #import "tests/window/WindowTest.h"
 
 namespace kr::testing {
@@ -10,6 +13,17 @@ namespace {
 class Setup : public WindowTest {
  protected:
   std::string argument(NSString* key) { return toBytes([controller_ argument:key]); }
+
+  // A picture twice as wide as high, which no other picture here is.
+  void drawIcon(const std::string& path) {
+    files::makeFolders(std::string(paths::parent(path)));
+    NSImage* drawn = [[[NSImage alloc] initWithSize:NSMakeSize(40, 20)] autorelease];
+    [drawn lockFocus];
+    [[NSColor redColor] set];
+    NSRectFill(NSMakeRect(0, 0, 40, 20));
+    [drawn unlockFocus];
+    ASSERT_TRUE([[drawn TIFFRepresentation] writeToFile:toNSString(std::string_view(path)) atomically:NO]);
+  }
 };
 
 TEST_F(Setup, EveryOutletIsConnected) {
@@ -113,6 +127,33 @@ TEST_F(Setup, AReadMeOpensTheFirstPageInTheLightAppearance) {
   EXPECT_EQ(toBytes([[controller_->readMeTextView textStorage] string]), "Welcome to Notes.");
   EXPECT_EQ(title(controller_->installButton), "Continue");
   EXPECT_EQ(title(controller_->cancelButton), "Cancel");
+  EXPECT_EQ([[controller_->readMeTextView performSelector:@selector(appearance)] name], NSAppearanceNameAqua);
+  [controller_->readMeTextView useLightAquaAppearance:NO];
+  EXPECT_EQ([controller_->readMeTextView performSelector:@selector(appearance)], nil);
+}
+
+TEST_F(Setup, BeforeMojaveThereIsOneAppearanceOnly) {
+  systemVersion_.appKit = 1561;
+  load({"-sourcePath", product(), "-readMePath", scratch_.file("readme.txt", "words")});
+  EXPECT_EQ(page(), 0);
+  EXPECT_EQ([controller_->readMeTextView performSelector:@selector(appearance)], nil);
+}
+
+TEST_F(Setup, ANameThatIsNotTextIsShownWithAReplacement) {
+  load({"-sourcePath", product(), "-productName", "N\xFF", "-version", "1"});
+  EXPECT_EQ(text(controller_->nameField), "N\xEF\xBF\xBD 1");
+  EXPECT_EQ(toBytes([[controller_ window] title]), "Install N\xEF\xBF\xBD");
+}
+
+TEST_F(Setup, TheBundlesIconIsShown) {
+  platform::prepareApplication();
+  const std::string source = product();
+  drawIcon(source + "/Contents/Resources/Picture.tiff");
+  scratch_.file("disk/Notes.app/Contents/Info.plist",
+                platform::testing::propertyListText(
+                    {{"CFBundleSignature", "VmNt"}, {"CFBundleIconFile", "Picture.tiff"}}));
+  load({"-sourcePath", source});
+  EXPECT_EQ([[controller_->iconField image] size].width, 40);
 }
 
 TEST_F(Setup, AReadMeThatIsMissingLeavesAnEmptyPageToGoBackTo) {
@@ -175,13 +216,8 @@ TEST_F(Setup, WithoutAGivenCodeNoRunningCopyIsLookedFor) {
 
 TEST_F(Setup, AnIconGivenByPathIsShown) {
   platform::prepareApplication();
-  NSImage* drawn = [[[NSImage alloc] initWithSize:NSMakeSize(40, 20)] autorelease];
-  [drawn lockFocus];
-  [[NSColor redColor] set];
-  NSRectFill(NSMakeRect(0, 0, 40, 20));
-  [drawn unlockFocus];
   const std::string path = scratch_ / "icon.tiff";
-  ASSERT_TRUE([[drawn TIFFRepresentation] writeToFile:toNSString(std::string_view(path)) atomically:NO]);
+  drawIcon(path);
   load({"-sourcePath", product(), "-iconPath", path});
   EXPECT_EQ([[controller_->iconField image] size].width, 40);
   EXPECT_EQ([[NSApp applicationIconImage] size].width, [[NSApp applicationIconImage] size].height * 2);

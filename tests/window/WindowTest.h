@@ -15,6 +15,7 @@
 #include "platform/testing/FixedDesktop.h"
 #include "platform/testing/InMemoryProcessControl.h"
 #include "platform/testing/InMemoryProcessTable.h"
+#include "platform/testing/InMemoryWindowOrder.h"
 #include "platform/testing/ManualClock.h"
 #include "platform/testing/RecordingLog.h"
 #include "tests/support/Desktop.h"
@@ -55,6 +56,7 @@ class WindowTest : public ::testing::Test {
   platform::testing::RecordingApplications applications_;
   platform::testing::InMemoryProcessTable processes_;
   platform::testing::InMemoryProcessControl processControl_;
+  platform::testing::InMemoryWindowOrder windowOrder_;
   platform::testing::ManualClock clock_;
   platform::testing::RecordingLog log_;
   InstallerWinController* controller_ = nil;

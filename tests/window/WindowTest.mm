@@ -25,6 +25,7 @@ WindowTest::WindowTest()
   set.processes = &processes_;
   set.program = &program_;
   set.systemVersion = &systemVersion_;
+  set.windowOrder = &windowOrder_;
   services_.emplace(set);
 }
 
