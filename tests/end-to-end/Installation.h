@@ -25,7 +25,8 @@ class Installation : public ::testing::Test {
   // unless another copy is named.
   void start(const Lines& arguments, const std::string& program = installerProgram());
 
-  // Presses a key in the installer's window: Return for its default button, Escape for the other.
+  // Presses a key in the installer's window: Return for its default button, Escape for the other. Does
+  // nothing without a window: whoever presses waits for what follows from it.
   void press(const std::string& key);
 
   // Starts the installer on a product and presses Install.
