@@ -93,7 +93,8 @@ std::optional<Start> start(const std::vector<std::string>& words) {
   kr::testing::Child program(words);
   if (!awaitWindow(connection.get(), began + kLongest * 1000)) return std::nullopt;
   const Start result{now() - began, peakMemory(program.pid())};
-  // Politely, and once it listens: a killed program leaves locks of the toolkit behind that the next one waits for.
+  // Politely, and once it listens: a killed program leaves locks of the toolkit behind that the next one
+  // waits for.
   std::this_thread::sleep_for(std::chrono::milliseconds(500));
   program.signal(SIGTERM);
   (void)program.wait(5);

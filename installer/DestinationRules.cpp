@@ -35,7 +35,7 @@ std::optional<std::string> firstSupportedPath(const std::vector<RunningCopy>& pr
                                               const std::function<bool(std::uint32_t)>& isWanted) {
   for (const RunningCopy& process : processes) {
     if (process.isInstaller || !isSignature(process.signature) || !isWanted(process.signature)) continue;
-    const std::optional<std::string> path = process.path();
+    std::optional<std::string> path = process.path();
     if (path && !isInUnsupportedFolder(path)) return path;
   }
   return std::nullopt;

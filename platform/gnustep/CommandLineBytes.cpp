@@ -16,7 +16,8 @@ std::array<HiddenByte, 4UL * 4096> gHidden;
 std::size_t gCount;
 
 // Runs before anything else of the program, so it calls nothing; sanitizers are not ready yet either.
-__attribute__((no_sanitize("address", "undefined"))) void hideCommandLineBytes(int count, char** words, char**) {
+__attribute__((no_sanitize("address", "undefined"))) void hideCommandLineBytes(int count, char** words,
+                                                                               char**) {
   HiddenByte* hidden = reinterpret_cast<HiddenByte*>(&gHidden);
   for (int word = 1; word < count; ++word) {
     for (char* place = words[word]; *place != '\0'; ++place) {
@@ -29,7 +30,8 @@ __attribute__((no_sanitize("address", "undefined"))) void hideCommandLineBytes(i
   }
 }
 
-__attribute__((section(".preinit_array"), used)) void (*gBeforeAllLibraries)(int, char**, char**) = hideCommandLineBytes;
+__attribute__((section(".preinit_array"), used)) void (*gBeforeAllLibraries)(int, char**,
+                                                                             char**) = hideCommandLineBytes;
 
 }  // namespace
 

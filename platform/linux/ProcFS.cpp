@@ -107,8 +107,9 @@ double ticksPerSecond() {
 
 std::optional<double> bootTime() {
   const std::optional<std::string> text = files::contents("/proc/stat");
+  if (!text) return std::nullopt;
   constexpr std::string_view kKey = "\nbtime ";
-  const std::size_t at = text ? text->find(kKey) : std::string::npos;
+  const std::size_t at = text->find(kKey);
   if (at == std::string::npos) return std::nullopt;
   const std::size_t start = at + kKey.size();
   const auto seconds =

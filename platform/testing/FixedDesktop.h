@@ -1,4 +1,5 @@
-// Desktop services with settable answers: folders, login items, the running program, the application database.
+// Desktop services with settable answers: folders, login items, the running program, the application
+// database.
 #pragma once
 
 #include <map>

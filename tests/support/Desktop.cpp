@@ -118,7 +118,8 @@ void Desktop::startDisplay() {
 }
 
 void Desktop::startWindowManager() {
-  windowManager_ = Child({"openbox", "--sm-disable", "--config-file", KR_TEST_SUPPORT_FOLDER "/../../tools/openbox.xml"});
+  windowManager_ =
+      Child({"openbox", "--sm-disable", "--config-file", KR_TEST_SUPPORT_FOLDER "/../../tools/openbox.xml"});
   if (!eventually([&] { return isManaged(display_); }, 20.0))
     throw std::runtime_error("openbox did not start");
 }

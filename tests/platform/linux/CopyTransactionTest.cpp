@@ -105,8 +105,9 @@ TEST_P(CopyKilledAt, LeavesAWholeProductOrNone) {
   expectWholeOrAbsent();
 }
 
+// The first file is open when its blocks are asked for; a sanitizer writes before the copy does.
 INSTANTIATE_TEST_SUITE_P(Steps, CopyKilledAt,
-                         ::testing::Values(Call{"TheFirstFile", SYS_write},
+                         ::testing::Values(Call{"TheFirstFile", SYS_ioctl},
                                            Call{"ASparseFile", SYS_ftruncate}, Call{"ALink", SYS_symlinkat},
                                            Call{"AFurtherName", SYS_linkat},
                                            Call{"TheFirstTimes", SYS_utimensat}, Call{"TheLock", SYS_flock},
