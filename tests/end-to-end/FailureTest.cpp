@@ -30,7 +30,7 @@ class FailedInstallation : public Installation {
           const Lines lines = log();
           return std::count(lines.begin(), lines.end(), "Install") >= 2;
         },
-        10));
+        45));
   }
 
   const std::string applications_ = scratch_.folder("Applications");

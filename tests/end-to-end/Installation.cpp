@@ -114,13 +114,14 @@ void Installation::install(const std::string& product, const std::string& destin
   arguments.insert(arguments.end(), more.begin(), more.end());
   start(arguments);
   expectLine("Updated arguments: ");
-  // The first key may come before the window manager has given the window the focus.
+  // The first key may come before the window manager has given the window the focus. A lock that a killed
+  // program of the toolkit has left can hold the application up for much longer.
   ASSERT_TRUE(eventually(
       [&] {
         press("Return");
         return eventually([&] { return logHas("Install"); }, 1);
       },
-      10));
+      45));
 }
 
 Lines Installation::log() const {
@@ -162,7 +163,7 @@ void Installation::expectFailed(const std::string& line) {
 
 void Installation::expectQuitsOnOK() {
   std::optional<int> status;
-  for (int attempt = 0; attempt < 10 && !status; ++attempt) {
+  for (int attempt = 0; attempt < 30 && !status; ++attempt) {
     press("Return");
     status = installer_->wait(1);
   }
