@@ -1,6 +1,8 @@
 #include "platform/Format.h"
 
+#include <cmath>
 #include <cstdio>
+#include <limits>
 
 namespace kr {
 namespace {
@@ -30,6 +32,16 @@ std::string printed(const std::string& directive, Number number) {
   return text;
 }
 
+// Without its fraction. What does not fit in is the largest or smallest integer, and no number is 0.
+long long integerPart(double number) {
+  using Limits = std::numeric_limits<long long>;
+  constexpr double kTooLarge = 0x1p63;
+  if (std::isnan(number)) return 0;
+  if (number >= kTooLarge) return Limits::max();
+  if (number < -kTooLarge) return Limits::min();
+  return static_cast<long long>(number);
+}
+
 std::string inDecimal(const FormatArgument& argument) {
   if (const auto* text = std::get_if<std::string>(&argument)) return *text;
   if (const auto* integer = std::get_if<long long>(&argument)) return std::to_string(*integer);
@@ -46,7 +58,7 @@ std::string converted(std::string_view options, char conversion, const FormatArg
     return printed("%" + std::string(options) + conversion, number);
   }
   const auto* real = std::get_if<double>(&argument);
-  const long long number = real ? static_cast<long long>(*real) : std::get<long long>(argument);
+  const long long number = real ? integerPart(*real) : std::get<long long>(argument);
   return printed("%" + std::string(options) + "ll" + conversion, number);
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace kr {
 namespace {
 
@@ -29,6 +31,12 @@ TEST(Format, ArgumentsOfAnotherKindArePrintedAllTheSame) {
   EXPECT_EQ(formatted("%d", 2.9), "2");
   EXPECT_EQ(formatted("%1.1f", 2), "2.0");
   EXPECT_EQ(formatted("%d", "text"), "text");
+}
+
+TEST(Format, ANumberThatDoesNotFitInIsTheNearestThatDoes) {
+  EXPECT_EQ(formatted("%d", 1e300), "9223372036854775807");
+  EXPECT_EQ(formatted("%d", -1e300), "-9223372036854775808");
+  EXPECT_EQ(formatted("%d", std::numeric_limits<double>::quiet_NaN()), "0");
 }
 
 TEST(Format, WhatIsNoDirectiveStaysAsItIs) {
