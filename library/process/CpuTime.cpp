@@ -5,6 +5,9 @@
 namespace kr {
 namespace {
 
+// Beyond any precision; and the scale stays a number however many digits follow.
+constexpr double kFinestScale = 1e15;
+
 // A decimal number with a point, whatever the locale writes.
 double leadingNumber(std::string_view text) {
   const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
@@ -21,6 +24,7 @@ double leadingNumber(std::string_view text) {
       continue;
     }
     if (character < '0' || character > '9') break;
+    if (scale >= kFinestScale) continue;
     value = value * 10.0 + (character - '0');
     if (inFraction) scale *= 10.0;
   }

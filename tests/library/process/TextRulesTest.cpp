@@ -37,6 +37,10 @@ TEST(CpuTime, IsComputedInSinglePrecision) {
   EXPECT_NE(cpuSeconds("0:00.10"), 0.1);
 }
 
+TEST(CpuTime, IsANumberHoweverManyDigitsFollow) {
+  EXPECT_DOUBLE_EQ(cpuSeconds("0:1." + std::string(400, '0')), 1.0);
+}
+
 TEST(CpuTime, TakesTheFirstColon) {
   EXPECT_DOUBLE_EQ(cpuSeconds("1:02:03"), 62.0);
 }
