@@ -12,3 +12,7 @@ if(KR_SANITIZE)
   target_compile_options(kr_options INTERFACE -fsanitize=${KR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kr_options INTERFACE -fsanitize=${KR_SANITIZE})
 endif()
+if(KR_FUZZ)
+  # Tells the fuzzers which branches an input takes.
+  target_compile_options(kr_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
