@@ -60,8 +60,11 @@ bool isInside(int folder, const struct stat& outer) {
 
 class Copy {
  public:
-  Copy(const std::string& source, const std::string& destination)
-      : source_(source), destination_(destination), name_(paths::lastComponent(destination)) {}
+  Copy(const std::string& source, const std::string& destination, Durability durability)
+      : source_(source),
+        destination_(destination),
+        durability_(durability),
+        name_(paths::lastComponent(destination)) {}
 
   std::optional<Failure> run() {
     if (auto failure = openSource()) return failure;
@@ -118,17 +121,19 @@ class Copy {
     // A crash of the system must not show the name with files whose contents never reached the disk. One call
     // for the whole file system costs one commit of its journal; one call per file would cost thousands.
     // It also reports room or hardware that turned out missing only when the data was written.
-    if (::syncfs(staging_.folder()) != 0) return failed("write to the disk", destination_);
+    const bool isDurable = durability_ == Durability::onDisk;
+    if (isDurable && ::syncfs(staging_.folder()) != 0) return failed("write to the disk", destination_);
     const std::error_code error =
         kind_ == Kind::folder ? staging_.placeFolder(name_) : staging_.placeItem(kItem, name_);
     if (error) return Failure{"give the copy its name,", destination_, error};
     // The copy is complete and visible; should its name be lost with the power, then wholly.
-    (void)::fsync(parent_.get());
+    if (isDurable) (void)::fsync(parent_.get());
     return std::nullopt;
   }
 
   const std::string& source_;
   const std::string& destination_;
+  const Durability durability_;
   std::string sourceName_;
   std::string name_;
   Kind kind_ = Kind::special;
@@ -140,9 +145,10 @@ class Copy {
 
 }  // namespace
 
-std::optional<Failure> copyTree(const std::string& source, const std::string& destination) {
+std::optional<Failure> copyTree(const std::string& source, const std::string& destination,
+                                Durability durability) {
   try {
-    return Copy(source, destination).run();
+    return Copy(source, destination, durability).run();
   } catch (const std::bad_alloc&) {
     return failed("copy", source, ENOMEM);
   }

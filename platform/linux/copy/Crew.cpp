@@ -7,8 +7,8 @@
 namespace kr::platform::copy {
 namespace {
 
-// Below this, waking the helper costs more than it saves.
-constexpr std::size_t kWorthHelp = 4;
+// Enough that the helper does not run dry while the next folders are looked through.
+constexpr std::size_t kWaitingLists = 4;
 
 }  // namespace
 
@@ -22,42 +22,44 @@ Crew::~Crew() {
   helper_.join();
 }
 
-void Crew::run(std::size_t count, const Work& work) {
-  if (count < kWorthHelp || !haveHelper()) {
-    for (std::size_t index = 0; index < count; ++index) work(index, 0);
-    return;
-  }
-  {
-    const std::lock_guard lock(mutex_);
-    work_ = &work;
-    count_ = count;
-    next_ = 0;
-  }
-  changed_.notify_all();
-  drain(work, count, 0);
-  // A helper that has not woken up by now finds nothing to do.
+void Crew::add(std::size_t count, Work work) {
+  const auto list = std::make_shared<List>(count, std::move(work));
+  if (!haveHelper()) return drain(*list, 0);
   std::unique_lock lock(mutex_);
-  work_ = nullptr;
+  lists_.push_back(list);
+  changed_.notify_all();
+  while (lists_.size() > kWaitingLists) (void)workOnFirst(lock, 0);
+}
+
+void Crew::finish() {
+  std::unique_lock lock(mutex_);
+  while (workOnFirst(lock, 0)) {
+  }
   changed_.wait(lock, [this] { return !isHelping_; });
 }
 
-void Crew::drain(const Work& work, std::size_t count, int worker) {
-  for (std::size_t index = next_++; index < count; index = next_++) work(index, worker);
+void Crew::drain(List& list, int worker) {
+  for (std::size_t index = list.next++; index < list.count; index = list.next++) list.work(index, worker);
+}
+
+// False when there is no list. The last calls of the list may still be another worker's when it returns.
+bool Crew::workOnFirst(std::unique_lock<std::mutex>& lock, int worker) {
+  if (lists_.empty()) return false;
+  const std::shared_ptr<List> list = lists_.front();
+  lock.unlock();
+  drain(*list, worker);
+  lock.lock();
+  if (!lists_.empty() && lists_.front() == list) lists_.pop_front();
+  return true;
 }
 
 void Crew::help() {
   std::unique_lock lock(mutex_);
   for (;;) {
-    changed_.wait(lock, [this] { return isOver_ || work_ != nullptr; });
+    changed_.wait(lock, [this] { return isOver_ || !lists_.empty(); });
     if (isOver_) return;
     isHelping_ = true;
-    const Work* work = work_;
-    const std::size_t count = count_;
-    lock.unlock();
-    drain(*work, count, 1);
-    lock.lock();
-    // This list is done; the next one comes with another call.
-    if (work_ == work) work_ = nullptr;
+    (void)workOnFirst(lock, 1);
     isHelping_ = false;
     changed_.notify_all();
   }

@@ -30,9 +30,7 @@ class TreeRemover {
     if (auto failed = enter(parent_, name)) return failed;
     while (!levels_.empty()) {
       if (!levels_.back().folders.empty()) {
-        const std::string next = std::move(levels_.back().folders.back());
-        levels_.back().folders.pop_back();
-        if (auto failed = enter(chain_.folder(), next)) return failed;
+        if (auto failed = enter(chain_.folder(), levels_.back().folders.pop())) return failed;
       } else if (auto failed = leave()) {
         return failed;
       }
@@ -43,7 +41,7 @@ class TreeRemover {
  private:
   struct Level {
     std::string name;
-    std::vector<std::string> folders;  // still to be deleted
+    NameStack folders;  // still to be deleted
   };
 
   Failure failure(int error, const std::string& name = {}) const {
@@ -89,7 +87,7 @@ class TreeRemover {
   }
 
   std::optional<Failure> leave() {
-    FileDescriptor left;
+    SharedFolder left;
     if (!chain_.leave(left)) return failure(errno);
     const std::string name = std::move(levels_.back().name);
     levels_.pop_back();

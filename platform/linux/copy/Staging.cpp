@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "platform/Format.h"
 #include "platform/linux/copy/Attributes.h"
 #include "platform/linux/copy/FolderListing.h"
 #include "platform/linux/copy/RemoveTree.h"
@@ -126,7 +125,8 @@ void removeLeftovers(int parent) {
   const FileDescriptor fresh(::openat(parent, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   FolderListing listing;
   if (!fresh || listFolder(fresh.get(), listing)) return;
-  for (const std::string& name : listing.folders) {
+  while (!listing.folders.empty()) {
+    const std::string name = listing.folders.pop();
     if (!isStagingName(name)) continue;
     const FileDescriptor folder(::openat(parent, name.c_str(), kFolderFlags));
     struct stat status {};

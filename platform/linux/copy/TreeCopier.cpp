@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <new>
+
 #include "platform/Paths.h"
 
 namespace kr::platform::copy {
@@ -13,26 +15,16 @@ using posix::FileDescriptor;
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t kNobodyElse = S_IRWXU;
 
-// The first failure of several threads.
-class FirstFailure {
- public:
-  [[nodiscard]] bool isThere() const noexcept { return isThere_.load(std::memory_order_relaxed); }
-
-  void set(Failure failure) {
-    const std::lock_guard lock(mutex_);
-    if (!failure_) failure_ = std::move(failure);
-    isThere_ = true;
-  }
-
-  [[nodiscard]] std::optional<Failure> take() { return std::move(failure_); }
-
- private:
-  std::atomic<bool> isThere_ = false;
-  std::mutex mutex_;
-  std::optional<Failure> failure_;
-};
+// A folder may hold any number of items: so many are kept in memory at a time.
+constexpr std::size_t kItemsAtATime = 2048;
 
 }  // namespace
+
+void FirstFailure::set(Failure failure) {
+  const std::lock_guard lock(mutex_);
+  if (!failure_) failure_ = std::move(failure);
+  isThere_ = true;
+}
 
 TreeCopier::TreeCopier(std::string sourcePath, std::string destinationPath, FileDescriptor destination)
     : sourcePath_(std::move(sourcePath)),
@@ -41,87 +33,109 @@ TreeCopier::TreeCopier(std::string sourcePath, std::string destinationPath, File
       items_(root_.get()) {}
 
 std::optional<Failure> TreeCopier::copyFolder(FileDescriptor source) {
-  FileDescriptor destination(::fcntl(root_.get(), F_DUPFD_CLOEXEC, 0));
-  if (!destination) return failure(problem("open", Side::destination));
-  if (auto failed = enter(std::move(source), std::move(destination), 0)) return failed;
-  while (!levels_.empty()) {
-    if (!levels_.back().folders.empty()) {
-      const std::string next = std::move(levels_.back().folders.back());
-      levels_.back().folders.pop_back();
-      if (auto failed = enterChild(next)) return failed;
-    } else if (auto failed = leave()) {
-      return failed;
-    }
-  }
-  return std::nullopt;
+  walk(std::move(source));
+  crew_.finish();
+  return failure_.take();
 }
 
 std::optional<Failure> TreeCopier::copyItem(Kind kind, const Place& source, const std::string& name) {
-  if (const Outcome failed = items_.copy(kind, source, {root_.get(), name}, path_, buffer(0))) {
-    return failure(*failed);
-  }
-  return std::nullopt;
+  if (const Outcome failed = items_.copy(kind, source, {root_.get(), name}, {}, buffer(0))) fail(*failed, {});
+  return failure_.take();
 }
 
-std::optional<Failure> TreeCopier::enterChild(const std::string& name) {
-  const std::size_t pathSize = path_.size();
-  path_ += name + "/";
+void TreeCopier::walk(FileDescriptor source) {
+  FileDescriptor destination(::fcntl(root_.get(), F_DUPFD_CLOEXEC, 0));
+  if (!destination) return fail(problem("open", Side::destination), {});
+  enter(std::move(source), std::move(destination), {});
+  while (!levels_.empty() && !failure_.isThere()) {
+    if (levels_.back().folders.empty()) {
+      leave();
+    } else {
+      enterChild(levels_.back().folders.pop());
+    }
+  }
+}
+
+void TreeCopier::enterChild(const std::string& name) {
+  std::string path = levels_.back().folder->path + name + "/";
   FileDescriptor source(::openat(sources_.folder(), name.c_str(), kFolderFlags));
-  if (!source) return failure(problem("open"));
+  if (!source) return fail(problem("open"), path);
   if (::mkdirat(destinations_.folder(), name.c_str(), kNobodyElse) != 0) {
-    return failure(problem("create folder", Side::destination));
+    return fail(problem("create folder", Side::destination), path);
   }
   FileDescriptor destination(::openat(destinations_.folder(), name.c_str(), kFolderFlags));
-  if (!destination) return failure(problem("open", Side::destination));
-  return enter(std::move(source), std::move(destination), pathSize);
+  if (!destination) return fail(problem("open", Side::destination), path);
+  enter(std::move(source), std::move(destination), std::move(path));
 }
 
-std::optional<Failure> TreeCopier::enter(FileDescriptor source, FileDescriptor destination,
-                                         std::size_t pathSize) {
-  Level level{pathSize, {}, {}};
-  if (::fstat(source.get(), &level.attributes.status) != 0) return failure(problem("look at"));
-  if (Outcome failed = readExtendedAttributes(source.get(), level.attributes)) return failure(*failed);
+void TreeCopier::enter(FileDescriptor source, FileDescriptor destination, std::string path) {
+  Level level{std::make_shared<Folder>(), {}};
+  Folder& folder = *level.folder;
+  folder.path = std::move(path);
+  if (::fstat(source.get(), &folder.attributes.status) != 0) return fail(problem("look at"), folder.path);
+  if (Outcome failed = readExtendedAttributes(source.get(), folder.attributes)) {
+    return fail(*failed, folder.path);
+  }
+  if (!sources_.enter(std::move(source))) return fail(problem("look at"), folder.path);
+  if (!destinations_.enter(std::move(destination))) {
+    return fail(problem("look at", Side::destination), folder.path);
+  }
   FolderListing listing;
-  if (Outcome failed = listFolder(source.get(), listing)) return failure(*failed);
+  FolderReader reader(sources_.folder());
+  while (!reader.isAtEnd() && !failure_.isThere()) {
+    if (Outcome failed = reader.read(listing, kItemsAtATime)) return fail(*failed, folder.path);
+    if (!listing.items.empty()) addItems(level.folder, std::move(listing.items));
+  }
   level.folders = std::move(listing.folders);
-  if (!sources_.enter(std::move(source))) return failure(problem("look at"));
-  if (!destinations_.enter(std::move(destination))) return failure(problem("look at", Side::destination));
   levels_.push_back(std::move(level));
-  return copyItems(listing.items);
-}
-
-std::optional<Failure> TreeCopier::copyItems(const std::vector<Item>& items) {
-  FirstFailure first;
-  crew_.run(items.size(), [&](std::size_t index, int worker) {
-    if (first.isThere()) return;
-    const Item& item = items[index];
-    const Outcome failed = items_.copy(item.kind, {sources_.folder(), item.name},
-                                       {destinations_.folder(), item.name}, path_, buffer(worker));
-    if (failed) first.set(failure(*failed, item.name));
-  });
-  return first.take();
 }
 
 // A folder gets its attributes when everything is in it: a read-only one would take nothing more, and each
-// entry would move its times.
-std::optional<Failure> TreeCopier::leave() {
-  FileDescriptor source;
-  FileDescriptor destination;
-  if (!sources_.leave(source)) return failure(problem("return from"));
-  if (!destinations_.leave(destination)) return failure(problem("return from", Side::destination));
-  if (Outcome failed = applyAttributes(destination.get(), levels_.back().attributes, items_.creator())) {
-    return failure(*failed);
-  }
-  path_.resize(levels_.back().pathSize);
+// entry would move its times. What is in the folders below it no longer matters then.
+void TreeCopier::leave() {
+  const std::shared_ptr<Folder> folder = std::move(levels_.back().folder);
   levels_.pop_back();
-  return std::nullopt;
+  SharedFolder source;
+  if (!sources_.leave(source)) return fail(problem("return from"), folder->path);
+  if (!destinations_.leave(folder->destination)) {
+    return fail(problem("return from", Side::destination), folder->path);
+  }
+  finishOne(*folder);
 }
 
-Failure TreeCopier::failure(const Problem& problem, const std::string& name) const {
-  std::string full =
-      paths::joined(problem.side == Side::source ? sourcePath_ : destinationPath_, path_ + name);
+void TreeCopier::addItems(const std::shared_ptr<Folder>& folder, std::vector<Item> items) {
+  const std::size_t count = items.size();
+  folder->unfinished += count;
+  const auto batch = std::make_shared<const Batch>(
+      Batch{folder, sources_.shared(), destinations_.shared(), std::move(items)});
+  crew_.add(count, [this, batch](std::size_t index, int worker) { copyOne(*batch, index, worker); });
+}
+
+void TreeCopier::copyOne(const Batch& batch, std::size_t index, int worker) {
+  if (failure_.isThere()) return;
+  const Item& item = batch.items[index];
+  try {
+    const Outcome failed =
+        items_.copy(item.kind, {batch.source->get(), item.name}, {batch.destination->get(), item.name},
+                    batch.folder->path, buffer(worker));
+    if (failed) return fail(*failed, batch.folder->path + item.name);
+  } catch (const std::bad_alloc&) {
+    return fail({"copy", ENOMEM}, {});
+  }
+  finishOne(*batch.folder);
+}
+
+void TreeCopier::finishOne(Folder& folder) {
+  if (--folder.unfinished > 0) return;
+  const Outcome failed = applyAttributes(folder.destination->get(), folder.attributes, items_.creator());
+  folder.destination.reset();
+  if (failed) fail(*failed, folder.path);
+}
+
+void TreeCopier::fail(const Problem& problem, const std::string& path) {
+  std::string full = paths::joined(problem.side == Side::source ? sourcePath_ : destinationPath_, path);
   while (full.size() > 1 && full.back() == '/') full.pop_back();
-  return {problem.step, full, {problem.error, std::generic_category()}};
+  failure_.set({problem.step, full, {problem.error, std::generic_category()}});
 }
 
 Buffer& TreeCopier::buffer(int worker) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -18,6 +19,19 @@
 
 namespace kr::platform::copy {
 
+// The first failure of several threads.
+class FirstFailure {
+ public:
+  [[nodiscard]] bool isThere() const noexcept { return isThere_.load(std::memory_order_relaxed); }
+  void set(Failure failure);
+  [[nodiscard]] std::optional<Failure> take() { return std::move(failure_); }
+
+ private:
+  std::atomic<bool> isThere_ = false;
+  std::mutex mutex_;
+  std::optional<Failure> failure_;
+};
+
 class TreeCopier {
  public:
   // `destination` is the open new folder, which its owner alone may enter until the copy is done. The paths
@@ -31,32 +45,49 @@ class TreeCopier {
   [[nodiscard]] std::optional<Failure> copyItem(Kind kind, const Place& source, const std::string& name);
 
  private:
-  struct Level {
-    std::size_t pathSize;  // of the path of the folder above
+  // A folder that is being filled. Whoever does the last thing in it gives it its attributes.
+  struct Folder {
+    std::string path;  // below the root, with a slash at the end
     Attributes attributes;
-    std::vector<std::string> folders;  // still to be copied
+    SharedFolder destination;                 // when the walk has left it
+    std::atomic<std::size_t> unfinished = 1;  // items, and the walk itself
+  };
+  // Some of its items, with what it takes to copy them.
+  struct Batch {
+    std::shared_ptr<Folder> folder;
+    SharedFolder source;
+    SharedFolder destination;
+    std::vector<Item> items;
+  };
+  struct Level {
+    std::shared_ptr<Folder> folder;
+    NameStack folders;  // still to be copied
   };
 
-  std::optional<Failure> enter(posix::FileDescriptor source, posix::FileDescriptor destination,
-                               std::size_t pathSize);
-  std::optional<Failure> enterChild(const std::string& name);
-  std::optional<Failure> copyItems(const std::vector<Item>& items);
-  std::optional<Failure> leave();
+  // The walk; each ends at the first failure.
+  void walk(posix::FileDescriptor source);
+  void enter(posix::FileDescriptor source, posix::FileDescriptor destination, std::string path);
+  void enterChild(const std::string& name);
+  void leave();
+  void addItems(const std::shared_ptr<Folder>& folder, std::vector<Item> items);
 
-  // A failure at the folder that is worked on, or at the item of that name in it.
-  [[nodiscard]] Failure failure(const Problem& problem, const std::string& name = {}) const;
+  // Any thread.
+  void copyOne(const Batch& batch, std::size_t index, int worker);
+  void finishOne(Folder& folder);
+  void fail(const Problem& problem, const std::string& path);
+
   [[nodiscard]] Buffer& buffer(int worker);
 
   std::string sourcePath_;
   std::string destinationPath_;
   posix::FileDescriptor root_;
   ItemCopier items_;
-  Crew crew_;
   std::array<Buffer, Crew::kWorkers> buffers_;
   FolderChain sources_;
   FolderChain destinations_;
   std::vector<Level> levels_;
-  std::string path_;  // of the folder that is worked on, below the root; with a slash at the end
+  FirstFailure failure_;
+  Crew crew_;  // ends before what it works with
 };
 
 }  // namespace kr::platform::copy
