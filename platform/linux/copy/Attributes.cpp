@@ -4,6 +4,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <functional>
@@ -13,7 +14,7 @@ namespace kr::platform::copy {
 namespace {
 
 constexpr std::string_view kUserAttributes = "user.";
-constexpr std::array<const char*, 2> kAccessLists{"system.posix_acl_default", "system.posix_acl_access"};
+constexpr std::array<std::string_view, 2> kAccessLists{"system.posix_acl_default", "system.posix_acl_access"};
 
 // The calls that read and write extended attributes, on a descriptor or on a link.
 struct Target {
@@ -76,9 +77,12 @@ Outcome readExtended(const Target& target, std::vector<std::pair<std::string, st
 
 Outcome writeExtended(const Target& target, const std::string& name, const std::string& value) {
   if (target.set(name.c_str(), value) == 0 || errno == ENOTSUP) return std::nullopt;
-  // Labels of the system's own: a process that may not set them gets those that belong to the new place.
+  // Labels of the system's own: a process that may not set them gets those that belong to the new place. Not
+  // so access lists: without its list a file would be open to others than before.
   const bool denied = errno == EPERM || errno == EACCES;
-  if (denied && !name.starts_with(kUserAttributes)) return std::nullopt;
+  const bool isOwners = name.starts_with(kUserAttributes) ||
+                        std::find(kAccessLists.begin(), kAccessLists.end(), name) != kAccessLists.end();
+  if (denied && !isOwners) return std::nullopt;
   return problem("set attributes of", Side::destination);
 }
 
@@ -155,8 +159,13 @@ Outcome copyLinkAttributes(int sourceFolder, const std::string& sourceName, int 
   return std::nullopt;
 }
 
-void removeInheritedAccessLists(int folder) noexcept {
-  for (const char* list : kAccessLists) (void)::fremovexattr(folder, list);
+std::error_code removeInheritedAccessLists(int folder) noexcept {
+  for (const std::string_view list : kAccessLists) {
+    if (::fremovexattr(folder, list.data()) != 0 && errno != ENODATA && errno != ENOTSUP) {
+      return {errno, std::generic_category()};
+    }
+  }
+  return {};
 }
 
 }  // namespace kr::platform::copy

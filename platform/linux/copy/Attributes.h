@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -40,6 +41,6 @@ struct Creator {
                                          const Creator& creator);
 
 // Takes the access lists away that a new folder has inherited, so that it passes none on.
-void removeInheritedAccessLists(int folder) noexcept;
+[[nodiscard]] std::error_code removeInheritedAccessLists(int folder) noexcept;
 
 }  // namespace kr::platform::copy

@@ -41,11 +41,10 @@ bool isStagingName(std::string_view name) {
   return name.find_first_not_of("0123456789abcdef", kStagingPrefix.size()) == std::string_view::npos;
 }
 
-bool isSameFolder(int parent, const std::string& name, int folder) {
-  struct stat named {};
-  struct stat open {};
-  return ::fstatat(parent, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 && ::fstat(folder, &open) == 0 &&
-         named.st_dev == open.st_dev && named.st_ino == open.st_ino;
+// Whether the name is still taken. Nobody else takes this one, so it is by the same folder.
+bool isThere(int parent, const std::string& name) {
+  struct stat status {};
+  return ::fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 || errno != ENOENT;
 }
 
 // Whether the folder is this program's now. Where the file system has no locks, nobody ever gets one, so that
@@ -88,15 +87,23 @@ std::error_code Staging::create(int parent) {
       ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
       return error;
     }
-    if (!folder_ || !lock(folder_.get()) || !isSameFolder(parent, name, folder_.get())) continue;
+    if (!folder_ || !lock(folder_.get()) || !isThere(parent, name)) continue;
     name_ = name;
-    // What the surrounding folder passes on is not the product's. Everything below takes after this one.
-    removeInheritedAccessLists(folder_.get());
-    (void)::fchown(folder_.get(), static_cast<uid_t>(-1), Creator::current().group);
-    if (::fchmod(folder_.get(), S_IRWXU) != 0 && errno != EPERM) return lastError();
-    return {};
+    return disinherit();
   }
   return std::make_error_code(std::errc::file_exists);
+}
+
+// What the surrounding folder passes on is not the product's. Everything below takes after this one.
+std::error_code Staging::disinherit() const {
+  if (const std::error_code error = removeInheritedAccessLists(folder_.get())) return error;
+  // File systems without owners or modes refuse; they pass nothing on.
+  const auto isRefusal = [] { return errno == EPERM || errno == EINVAL || errno == ENOTSUP; };
+  if (::fchown(folder_.get(), static_cast<uid_t>(-1), Creator::current().group) != 0 && !isRefusal()) {
+    return lastError();
+  }
+  if (::fchmod(folder_.get(), S_IRWXU) != 0 && !isRefusal()) return lastError();
+  return {};
 }
 
 FileDescriptor Staging::duplicate() const noexcept {

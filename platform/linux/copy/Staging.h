@@ -35,6 +35,7 @@ class Staging {
   [[nodiscard]] std::error_code placeItem(const std::string& item, const std::string& name);
 
  private:
+  [[nodiscard]] std::error_code disinherit() const;
   void remove() noexcept;
 
   int parent_ = -1;
