@@ -3,17 +3,29 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 
 #include "platform/posix/FileDescriptor.h"
 
 namespace kr::platform::copy {
+namespace {
+
+// Whether a file system has answered that there can be no further name, or not there. Any other error is one.
+bool canHaveNone(int error) {
+  return error == EPERM || error == EMLINK || error == EOPNOTSUPP || error == ENOSYS || error == EXDEV;
+}
+
+}  // namespace
 
 HardLinks::Made HardLinks::linkOrCreate(const struct stat& status, int folder, const std::string& name,
                                         std::string path, const std::function<bool()>& create) {
   const std::lock_guard lock(mutex_);
   const auto [copy, isFirst] = copies_.try_emplace({status.st_dev, status.st_ino}, path);
-  if (!isFirst && link(copy->second, folder, name)) return Made::link;
+  if (!isFirst) {
+    if (link(copy->second, folder, name)) return Made::link;
+    if (!canHaveNone(errno)) return Made::nothing;
+  }
   // Where no link can be made (the file system has none, or no more of them), a copy of its own has to do; it
   // is the one that the names to come are linked to.
   if (!create()) return Made::nothing;

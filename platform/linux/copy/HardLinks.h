@@ -22,7 +22,7 @@ class HardLinks {
 
   // Gives the item with this status the name in the open folder: as a further name of its copy where there is
   // one, else by `create`, which creates the file or link and whose success makes it the copy. `path` is the
-  // new name's path below the root. Answers "nothing" where `create` has failed.
+  // new name's path below the root. Answers "nothing" with errno where that has failed.
   [[nodiscard]] Made linkOrCreate(const struct stat& status, int folder, const std::string& name,
                                   std::string path, const std::function<bool()>& create);
 
