@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace kr::platform::copy {
 namespace {
@@ -73,6 +74,13 @@ Outcome copyWhole(int source, off_t size, int destination, Buffer& buffer) {
   }
 }
 
+Outcome setLength(int destination, off_t size) {
+  while (::ftruncate(destination, size) != 0) {
+    if (errno != EINTR) return problem("write", Side::destination);
+  }
+  return std::nullopt;
+}
+
 // The file's data one stretch after the other. What is between them reads as zeros and takes no space.
 Outcome copyStretches(int source, off_t size, int destination, Buffer& buffer) {
   off_t hole = 0;
@@ -87,18 +95,21 @@ Outcome copyStretches(int source, off_t size, int destination, Buffer& buffer) {
     if (Outcome failed = copyBytes(source, destination, hole - data, buffer, copied)) return failed;
     if (copied != hole - data) return kChanged;
   }
-  if (::lseek(source, 0, SEEK_END) != size) return kChanged;
-  if (::ftruncate(destination, size) != 0) return problem("write", Side::destination);
-  return std::nullopt;
+  const off_t end = ::lseek(source, 0, SEEK_END);
+  if (end < 0) return problem("read");
+  return end == size ? setLength(destination, size) : kChanged;
 }
 
-bool hasHoles(int source, const struct stat& status) {
+Outcome findHoles(int source, const struct stat& status, bool& has) {
   // A file that the file system compresses or keeps in its inode looks like one with holes; asking for the
-  // first one tells, and a file system that knows of no holes answers with an error.
-  if (status.st_blocks * kBlockUnit >= status.st_size) return false;
+  // first one tells, and a file system that knows of no holes answers EINVAL.
+  has = status.st_blocks * kBlockUnit < status.st_size;
+  if (!has) return std::nullopt;
   const off_t hole = ::lseek(source, 0, SEEK_HOLE);
-  const bool has = hole >= 0 && hole < status.st_size;
-  return ::lseek(source, 0, SEEK_SET) == 0 && has;
+  if (hole < 0 && errno != EINVAL && errno != ENXIO) return problem("read");
+  has = hole >= 0 && hole < status.st_size;
+  if (::lseek(source, 0, SEEK_SET) != 0) return problem("read");
+  return std::nullopt;
 }
 
 }  // namespace
@@ -110,8 +121,10 @@ Outcome copyContents(int source, const struct stat& status, int destination, Clo
     if (::fstat(destination, &cloned) != 0) return problem("look at", Side::destination);
     return cloned.st_size == status.st_size ? Outcome{} : kChanged;
   }
-  return hasHoles(source, status) ? copyStretches(source, status.st_size, destination, buffer)
-                                  : copyWhole(source, status.st_size, destination, buffer);
+  bool hasHoles = false;
+  if (Outcome failed = findHoles(source, status, hasHoles)) return failed;
+  return hasHoles ? copyStretches(source, status.st_size, destination, buffer)
+                  : copyWhole(source, status.st_size, destination, buffer);
 }
 
 }  // namespace kr::platform::copy
