@@ -112,7 +112,9 @@ class Copy {
   }
 
   std::optional<Failure> build() {
-    TreeCopier copier(source_, destination_, staging_.duplicate());
+    FileDescriptor root = staging_.duplicate();
+    if (!root) return failed("open a folder beside", destination_);
+    TreeCopier copier(source_, destination_, std::move(root));
     if (kind_ == Kind::folder) return copier.copyFolder(std::move(tree_));
     return copier.copyItem(kind_, {sourceFolder_.get(), sourceName_}, kItem);
   }
