@@ -48,8 +48,12 @@ bool placeEntry(const std::string& item, const std::string& target) {
 
 bool placeWrapper(const std::string& wrapper, const std::string& parent) {
   if (files::exists(parent)) {
-    const auto entries = files::entries(wrapper).value_or(std::vector<std::string>{});
-    for (const std::string& entry : entries) {
+    const auto entries = files::entries(wrapper);
+    if (!entries) {
+      logFailure(kCouldNotCopyItem, parent, {"the wrapper cannot be listed:", wrapper, {}});
+      return false;
+    }
+    for (const std::string& entry : *entries) {
       if (!placeEntry(paths::joined(wrapper, entry), paths::joined(parent, entry))) return false;
     }
     return true;
