@@ -9,6 +9,7 @@
 
 #include "platform/Paths.h"
 #include "platform/linux/GLibOwner.h"
+#include "platform/linux/TrashNote.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/Files.h"
 
@@ -29,14 +30,6 @@ FileDescriptor folder(const std::string& path) {
   (void)files::makeFolders(std::string(paths::parent(path)));
   (void)::mkdir(path.c_str(), kOwnerOnly);
   return FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-}
-
-std::string note(const std::string& path) {
-  const glib::String escaped(g_uri_escape_string(path.c_str(), "/", FALSE));
-  GDateTime* now = g_date_time_new_now_local();
-  const glib::String date(g_date_time_format(now, "%Y-%m-%dT%H:%M:%S"));
-  g_date_time_unref(now);
-  return std::string("[Trash Info]\nPath=") + escaped.get() + "\nDeletionDate=" + date.get() + "\n";
 }
 
 // The beginning of the name, without half a character at its end, and a number.
@@ -60,9 +53,9 @@ std::optional<Failure> moveLongNameToTrash(const std::string& path) {
   }
   (void)::mkdir(trash.c_str(), kOwnerOnly);
   const FileDescriptor notes = folder(trash + "/info");
+  if (!notes) return failed(path);
   const FileDescriptor items = folder(trash + "/files");
-  if (!notes || !items) return failed(path);
-  const std::string text = note(path);
+  if (!items) return failed(path);
   for (int number = 1; number <= kAttempts; ++number) {
     const std::string item = shortened(name, number);
     const std::string file = item + ".trashinfo";
@@ -71,7 +64,7 @@ std::optional<Failure> moveLongNameToTrash(const std::string& path) {
         ::openat(notes.get(), file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!noted && errno == EEXIST) continue;
     if (!noted) return failed(path);
-    if (::write(noted.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+    if (writeTrashNote(noted.get(), path) &&
         ::renameat2(AT_FDCWD, path.c_str(), items.get(), item.c_str(), RENAME_NOREPLACE) == 0) {
       return std::nullopt;
     }
