@@ -24,8 +24,7 @@ ScratchFolder::~ScratchFolder() {
     std::cerr << "scratch folder kept: " << path_ << '\n';
     return;
   }
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  removeAll(path_);
 }
 
 std::string ScratchFolder::file(std::string_view name, std::string_view contents) const {
@@ -39,6 +38,21 @@ std::string ScratchFolder::folder(std::string_view name) const {
   const std::string path = *this / name;
   files::makeFolders(path);
   return path;
+}
+
+void removeAll(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  if (fs::is_directory(fs::symlink_status(path, ignored))) {
+    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, ignored);
+    // A folder is opened up before the iteration enters it.
+    for (fs::recursive_directory_iterator item(path, ignored), end; !ignored && item != end;
+         item.increment(ignored)) {
+      if (!item->is_directory(ignored) || item->is_symlink(ignored)) continue;
+      fs::permissions(item->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+    }
+  }
+  fs::remove_all(path, ignored);
 }
 
 std::string readFile(const std::string& path) {

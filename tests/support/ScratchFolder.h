@@ -28,6 +28,9 @@ class ScratchFolder {
   std::string path_;
 };
 
+// Removes a file, a link or a folder with all that is in it, write-protected folders as well.
+void removeAll(const std::string& path);
+
 // The bytes of a file; fails the test when it cannot be read.
 [[nodiscard]] std::string readFile(const std::string& path);
 
