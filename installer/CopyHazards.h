@@ -1,7 +1,7 @@
 // What must hold before an installation touches anything, so that no step of it can destroy what it is about
 // to copy. Places are compared as the disk knows them, by volume and file number, so that no link, other
-// spelling or second mount hides that two paths lead to one place. Paths are absolute, file-system bytes. Any
-// thread.
+// spelling or second mount hides that two paths lead to one place. Where the disk does not answer, there is
+// danger. Paths are absolute, file-system bytes. Any thread.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,6 @@
 #include "platform/Failure.h"
 
 namespace kr {
-
-// Whether the item at the path, or the nearest folder above it that exists, is the folder or lies below it.
-// False where one of them cannot be reached.
-[[nodiscard]] bool liesInside(const std::string& path, const std::string& folder);
 
 // Why the source cannot be installed at the destination: it is no folder that can be read, it is the
 // destination, or one of the two lies inside the other. None when it can.
