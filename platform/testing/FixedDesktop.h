@@ -52,7 +52,17 @@ class FixedProgram final : public Program {
 class FixedSystemVersion final : public SystemVersion {
  public:
   double appKit = 1894;
+  std::map<VersionPart, std::int32_t> parts{{VersionPart::major, 10},
+                                            {VersionPart::minor, 15},
+                                            {VersionPart::bugfix, 0},
+                                            {VersionPart::packed, 0x1095}};  // what is not here has no answer
+  int questions = 0;
 
+  std::optional<std::int32_t> part(VersionPart part) override {
+    ++questions;
+    const auto found = parts.find(part);
+    return found == parts.end() ? std::nullopt : std::optional(found->second);
+  }
   double appKitVersion() override { return appKit; }
 };
 
