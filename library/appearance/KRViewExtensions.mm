@@ -10,7 +10,7 @@
 @implementation NSView (KRViewExtensions)
 
 - (void)useLightAquaAppearance:(BOOL)light {
-  if (!kr::mojaveOrNewer()) return;
+  if (!kr::isOfLevel(kr::SystemLevel::mojaveOrNewer)) return;
   NSAppearance* appearance = light ? [NSAppearance appearanceNamed:NSAppearanceNameAqua] : nil;
   [static_cast<id<KRAppearanceCustomization>>(self) setAppearance:appearance];
 }

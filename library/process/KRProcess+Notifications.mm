@@ -2,6 +2,8 @@
 
 #import "library/process/KRProcess.h"
 
+NSString* const KRProcessChangeNotification = @"KRProcessChangeNotification";
+
 namespace {
 
 std::atomic<bool> notificationsInstalled = false;

@@ -174,6 +174,9 @@ extern NSString* const KRPlatformJava;
 
 @end
 
+// An application was launched, has quit or has come to the front. Posted by nobody yet.
+extern NSString* const KRProcessChangeNotification;
+
 // Launches and quits. The system's launch and quit events are not watched yet: +installNotifications only
 // records that it was called, and +applicationStarted and +applicationEnded are called by nobody but tests.
 @interface KRProcess (Notifications)

@@ -1,11 +1,91 @@
-// Utilities of the desktop for Cocoa programs. The class has no instances.
+// Utilities of the desktop for Cocoa programs. The class has no instances. Any thread, unless a category says
+// otherwise; nothing raises.
+//
+// On first use the class sets itself up: it watches changes of the system's theme, and from one second later
+// which program is in front, and logs "**Utilities initialized".
 #pragma once
 
 #import <Foundation/Foundation.h>
 
+@class KRProcess;
+
 @interface KRUtilities : NSObject
 
-// Opens a document with its default application. Returns at once, without a result. Any thread.
+// Opens a document with its default application. Returns at once, without a result.
 + (void)openFile:(NSString*)path;
+
+// The names of the main bundle's program and version in its information dictionary; "" without one.
++ (NSString*)applicationName;
++ (NSString*)versionString;
+
+// A day written as year, month and day ("2021-03-05"), its midnight in universal time, in the short form of
+// the user's language and time zone; nil when it is no date.
++ (NSString*)localizedDateString:(NSString*)day;
+
+// How many icon files the main bundle has.
++ (NSUInteger)appType;
+
+@end
+
+// The place of a letter in the order of the stages of development: p 0, d 1, a 2, b 3, f 4, a space 5; 0 for
+// every other character.
+FOUNDATION_EXPORT NSUInteger developmentStage(unichar letter);
+
+// Versions of products.
+@interface KRUtilities (Versions)
+
+// The digits and dots at the beginning.
++ (NSString*)plainVersionOf:(NSString*)version;
++ (NSString*)plainVersionString;
+
+// Orders versions as VersionOrder.h says: 1.2b4 comes before 1.2, and 10.9 before 10.15.
++ (NSComparisonResult)compareVersion:(NSString*)version withVersion:(NSString*)other;
+
+@end
+
+// In this order in memory; all 0 when the system does not say what it is.
+typedef struct {
+  uint16_t major;
+  uint16_t minor;
+  uint16_t bugfix;
+} KRThreePartVersion;
+
+// The system that the program runs on.
+@interface KRUtilities (SystemVersion)
+
+// 0x1068 for 10.6.8; 0 when the system does not say.
++ (uint32_t)hexSystemVersion;
++ (KRThreePartVersion)threePartVersion;
+// 101507 for 10.15.7.
++ (uint32_t)decimalSystemVersion;
+// "10.15.7", and "11.0" for 11.0.0.
++ (NSString*)systemVersionString;
+
++ (BOOL)pantherOrOlder;
++ (BOOL)leopardOrNewer;
++ (BOOL)snowleopardOrNewer;
++ (BOOL)lionOrNewer;
++ (BOOL)mountainLionOrNewer;
++ (BOOL)mavericksOrNewer;
++ (BOOL)yosemiteOrNewer;
++ (BOOL)elCapitanOrNewer;
++ (BOOL)sierraOrNewer;
++ (BOOL)highSierraOrNewer;
++ (BOOL)mojaveOrNewer;
++ (BOOL)catalinaOrNewer;
+
+@end
+
+// The user's desktop. Main thread.
+@interface KRUtilities (Desktop)
+
+// Keeps +clipboardPublisherProcess up to date with every change of the program in front.
++ (void)installProcessWatcher;
++ (void)processSwitched:(NSNotification*)notification;
+// The program that changed the clipboard last; nil while none is known.
++ (KRProcess*)clipboardPublisherProcess;
+
+// The system's theme has changed. A hook; it does nothing.
++ (void)darkModeChanged:(NSNotification*)notification;
 
 @end

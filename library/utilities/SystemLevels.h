@@ -3,6 +3,25 @@
 
 namespace kr {
 
-[[nodiscard]] bool mojaveOrNewer();
+enum class SystemLevel {
+  pantherOrOlder,
+  leopardOrNewer,
+  snowleopardOrNewer,
+  lionOrNewer,
+  mountainLionOrNewer,
+  mavericksOrNewer,
+  yosemiteOrNewer,
+  elCapitanOrNewer,
+  sierraOrNewer,
+  highSierraOrNewer,
+  mojaveOrNewer,
+  catalinaOrNewer,
+};
+
+// Whether a system whose application framework has this version is of the level.
+[[nodiscard]] bool isOfLevel(SystemLevel level, double appKitVersion) noexcept;
+
+// Whether the system that the program runs on is.
+[[nodiscard]] bool isOfLevel(SystemLevel level);
 
 }  // namespace kr
