@@ -59,6 +59,11 @@ kr::InstallerArguments argumentsFrom(NSDictionary* dictionary) {
   return [value isKindOfClass:[NSArray class]] ? value : nil;
 }
 
+- (NSString*)productText:(NSString*)key {
+  id value = [productInfo objectForKey:key];
+  return [value isKindOfClass:[NSString class]] ? value : nil;
+}
+
 - (BOOL)hasFileAtArgument:(NSString*)key {
   NSString* path = [self argument:key];
   return path != nil && kr::files::exists(toBytes(path));
@@ -95,8 +100,8 @@ kr::InstallerArguments argumentsFrom(NSDictionary* dictionary) {
 - (BOOL)completeCodes {
   NSMutableArray* productCodes = [[[self codes:KRInstallerKeyProductCode] mutableCopy] autorelease];
   if (productCodes == nil) {
-    id signature = [productInfo objectForKey:@"CFBundleSignature"];
-    if (![signature isKindOfClass:[NSString class]]) {
+    NSString* signature = [self productText:@"CFBundleSignature"];
+    if (signature == nil) {
       [self showSetupError:@"missing product signature"];
       return NO;
     }

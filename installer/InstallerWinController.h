@@ -29,6 +29,9 @@
   // A final message is shown: the install button quits from now on.
   BOOL finished;
 
+  // The system is as new as the product requires, or the product requires nothing. Set during setup.
+  BOOL systemRequirementMet;
+
  @private
   NSDictionary* productInfo;  // information dictionary of the product to install, owned
   NSString*
@@ -64,6 +67,9 @@
 - (NSString*)argument:(NSString*)key;
 - (NSArray*)codes:(NSString*)key;
 
+// What the information dictionary of the product says under a key; nil when it says nothing that is text.
+- (NSString*)productText:(NSString*)key;
+
 // The value of a key as the bytes of a path.
 - (BOOL)hasFileAtArgument:(NSString*)key;
 
@@ -72,6 +78,22 @@
 - (BOOL)completeProductName;
 - (BOOL)completeCodes;
 - (void)completeDocumentation;
+
+@end
+
+// Whether the system is new enough for the product.
+@interface InstallerWinController (SystemRequirement)
+
+// The lowest version that the product runs on, from the arguments or from its bundle; nil when any will do.
+- (NSString*)requiredSystemVersion;
+
+// Steps of the setup: compares the versions, and shows the alert that refuses the system, as a sheet. Nothing
+// leads past the alert: both of its buttons quit.
+- (void)testSystemRequirement;
+- (void)showSystemRequirementAlert;
+
+// The alert's end. Code 1001 opens the software archive first.
+- (void)systemVersionAlertDidEnd:(id)alert returnCode:(NSInteger)code contextInfo:(void*)context;
 
 @end
 

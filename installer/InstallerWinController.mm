@@ -23,12 +23,6 @@ namespace {
 constexpr NSInteger kReadMePage = 0;
 constexpr NSInteger kInstallPage = 1;
 
-// What the bundle says under a key, when it is text.
-NSString* textIn(NSDictionary* dictionary, NSString* key) {
-  id value = [dictionary objectForKey:key];
-  return [value isKindOfClass:[NSString class]] ? value : nil;
-}
-
 NSImage* imageAt(NSString* path) {
   return [path length] == 0 ? nil
                             : [[[NSImage alloc] initWithContentsOfFile:kr::toDisplayText(path)] autorelease];
@@ -67,7 +61,8 @@ NSImage* imageAt(NSString* path) {
   productInfo = [kr::bundleInfoDictionary(toBytes(sourcePath)) retain];
   [self showIcon];
   NSString* version = [self argument:KRInstallerKeyVersion];
-  displayVersion = [(version ? version : textIn(productInfo, @"CFBundleShortVersionString")) copy];
+  displayVersion = [(version ? version : [self productText:@"CFBundleShortVersionString"]) copy];
+  [self testSystemRequirement];
 
   [self resolveDestination];
   [self completeDocumentation];
@@ -76,6 +71,7 @@ NSImage* imageAt(NSString* path) {
   [self showTexts];
   [self showReadMe];
   [self bringToFront];
+  if (!systemRequirementMet) [self showSystemRequirementAlert];
 }
 
 // A product that starts the installer wants its log in a file; a user who opens it sees the log where the
@@ -98,7 +94,7 @@ NSImage* imageAt(NSString* path) {
 - (void)showIcon {
   NSString* sourcePath = [self argument:KRInstallerKeySourcePath];
   NSImage* icon = imageAt([self argument:KRInstallerKeyIconPath]);
-  NSString* name = textIn(productInfo, @"CFBundleIconFile");
+  NSString* name = [self productText:@"CFBundleIconFile"];
   if (icon == nil && [name length] > 0) {
     const std::string source = toBytes(sourcePath);
     std::string path = kr::bundleResourcePath(source, toBytes(name), "icns");

@@ -21,6 +21,10 @@ class Applications {
   // whether it could be opened.
   virtual void openInBackground(const std::string& path) = 0;
 
+  // Opens an address ("https://...") with the program that is the user's choice for its scheme, which is
+  // started when it does not run; does not wait for it. False when there is none, and the log says why.
+  [[nodiscard]] virtual bool openAddress(const std::string& address) = 0;
+
   // Tells file viewers that something changed at the path.
   virtual void noteFileSystemChanged(const std::string& path) = 0;
 };

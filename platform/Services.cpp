@@ -17,7 +17,8 @@ const Services& services() noexcept {
 }
 
 Services systemServices() noexcept {
-  return {.appleEvents = &systemAppleEvents(),
+  return {.alerts = &systemAlerts(),
+          .appleEvents = &systemAppleEvents(),
           .applications = &systemApplications(),
           .clock = &systemClock(),
           .files = &systemFileOperations(),

@@ -8,6 +8,7 @@
 
 namespace kr::platform {
 
+class Alerts;
 class AppleEvents;
 class Applications;
 class Clock;
@@ -23,6 +24,7 @@ class WindowOrder;
 
 // Not owned; every pointer is set.
 struct Services {
+  Alerts* alerts;
   AppleEvents* appleEvents;
   Applications* applications;
   Clock* clock;

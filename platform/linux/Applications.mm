@@ -74,24 +74,45 @@ std::string icon(const std::string& bundlePath, NSDictionary* information) {
 // Why nothing was opened; none when something was.
 using Reason = std::optional<std::string>;
 
-// Hands the document to its default application, which gets nothing of what the installer has open: its
-// output has no place in the installer's log.
+Reason whyNotOpened(const std::string& what, const glib::Error& error) {
+  return "could not open " + what + ": " + (error ? error->message : "no application for it");
+}
+
+// Hands the address to the application, which gets nothing of what the installer has open: its output has no
+// place in the installer's log.
+bool handOver(GAppInfo* application, const char* uri, GError** error) {
+  if (application == nullptr || !G_IS_DESKTOP_APP_INFO(application)) return false;
+  GDesktopAppInfo* const entry = G_DESKTOP_APP_INFO(application);
+  // What is started by a message has it only when that has left this process, which may be about to end.
+  const bool byMessage = g_desktop_app_info_get_boolean(entry, "DBusActivatable") != FALSE;
+  const glib::Object<GDBusConnection> bus(byMessage ? g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)
+                                                    : nullptr);
+  std::string address(uri);
+  GList uris{address.data(), nullptr, nullptr};
+  const posix::FileDescriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
+  const bool opened = g_desktop_app_info_launch_uris_as_manager_with_fds(
+                          entry, &uris, nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, nullptr,
+                          null.get(), null.get(), null.get(), error) != FALSE;
+  if (opened && bus) g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
+  return opened;
+}
+
 Reason openDocument(const std::string& path) {
   const glib::Object<GFile> file(g_file_new_for_path(path.c_str()));
   GError* raw = nullptr;
   const glib::Object<GAppInfo> application(g_file_query_default_handler(file.get(), nullptr, &raw));
-  bool opened = false;
-  if (application && G_IS_DESKTOP_APP_INFO(application.get())) {
-    const glib::String uri(g_file_get_uri(file.get()));
-    GList uris{uri.get(), nullptr, nullptr};
-    const posix::FileDescriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
-    opened = g_desktop_app_info_launch_uris_as_manager_with_fds(
-                 G_DESKTOP_APP_INFO(application.get()), &uris, nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
-                 nullptr, nullptr, null.get(), null.get(), null.get(), &raw) != FALSE;
-  }
-  if (opened) return std::nullopt;
-  const glib::Error error(raw);
-  return "could not open " + path + ": " + (error ? error->message : "no application for it");
+  const glib::String uri(g_file_get_uri(file.get()));
+  if (handOver(application.get(), uri.get(), &raw)) return std::nullopt;
+  return whyNotOpened(path, glib::Error(raw));
+}
+
+Reason openWithHandler(const std::string& address) {
+  GError* raw = nullptr;
+  const glib::String scheme(g_uri_parse_scheme(address.c_str()));
+  const glib::Object<GAppInfo> handler(scheme ? g_app_info_get_default_for_uri_scheme(scheme.get())
+                                              : nullptr);
+  if (handOver(handler.get(), address.c_str(), &raw)) return std::nullopt;
+  return whyNotOpened(address, glib::Error(raw));
 }
 
 Reason startApplication(const std::string& bundlePath) {
@@ -139,6 +160,12 @@ class DesktopApplications final : public Applications {
   }
 
   void openInBackground(const std::string& path) override { (void)openItem(path); }
+
+  bool openAddress(const std::string& address) override {
+    const Reason reason = openWithHandler(address);
+    if (reason) log("%@", *reason);
+    return !reason;
+  }
 
   // File managers here watch the folders that they show.
   void noteFileSystemChanged(const std::string&) override {}

@@ -2,6 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
+#include "platform/Log.h"
 #include "platform/SystemServices.h"
 #import "platform/cocoa/Bridging.h"
 
@@ -27,6 +28,15 @@ class WorkspaceApplications final : public Applications {
   void openInBackground(const std::string& path) override {
     @autoreleasepool {
       [NSTask launchedTaskWithLaunchPath:kOpener arguments:@[ toNSString(path) ]];
+    }
+  }
+
+  bool openAddress(const std::string& address) override {
+    @autoreleasepool {
+      NSURL* url = [NSURL URLWithString:toNSString(address)];
+      if (url != nil && [[NSWorkspace sharedWorkspace] openURL:url]) return true;
+      log("could not open %@", address);
+      return false;
     }
   }
 

@@ -82,6 +82,10 @@ class RecordingApplications final : public Applications {
     return ++attempts_ == opensAfterAttempts;
   }
   void openInBackground(const std::string& path) override { record("openInBackground " + path); }
+  bool openAddress(const std::string& address) override {
+    record("openAddress " + address);
+    return true;
+  }
   void noteFileSystemChanged(const std::string& path) override { record("noteFileSystemChanged " + path); }
 
   // Every call so far, as "operation path".

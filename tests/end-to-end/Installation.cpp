@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 
 #include "platform/Paths.h"
 #include "platform/posix/Files.h"
@@ -90,12 +91,30 @@ void Installation::start(const Lines& arguments, const std::string& program) {
       << "the installer's window does not appear";
 }
 
+Lines Installation::windows() {
+  std::istringstream found(
+      output("xdotool search --onlyvisible --classname '^VelmoraInstaller$' 2>/dev/null"));
+  Lines ids;
+  for (std::string id; std::getline(found, id);) ids.push_back(id);
+  return ids;
+}
+
 std::optional<std::string> Installation::window() const {
-  std::string id =
-      output("xdotool search --onlyvisible --classname '^VelmoraInstaller$' 2>/dev/null | head -n 1");
-  while (!id.empty() && id.back() == '\n') id.pop_back();
-  if (id.empty()) return std::nullopt;
-  return id;
+  const Lines ids = windows();
+  if (ids.empty()) return std::nullopt;
+  return ids.front();
+}
+
+void Installation::type(const std::string& key) {
+  (void)std::system(("timeout 5 xdotool keydown " + key + " sleep 0.1 keyup " + key).c_str());
+}
+
+void Installation::click(int x, int y) {
+  const auto id = window();
+  if (!id) return;
+  (void)std::system(("timeout 5 xdotool mousemove --window " + *id + " " + std::to_string(x) + " " +
+                     std::to_string(y) + " sleep 0.1 mousedown 1 sleep 0.1 mouseup 1")
+                        .c_str());
 }
 
 void Installation::press(const std::string& key) {

@@ -29,6 +29,19 @@ class Installation : public ::testing::Test {
   // nothing without a window: whoever presses waits for what follows from it.
   void press(const std::string& key);
 
+  // Presses a key in whichever window has the focus.
+  static void type(const std::string& key);
+
+  // Clicks into the installer's window, so far from its left upper corner.
+  void click(int x, int y);
+
+  // Identifiers of the installer's windows: its window, and a sheet on it.
+  [[nodiscard]] static Lines windows();
+
+  // The installer's wait status, once it has ended; none when it still runs after that time.
+  [[nodiscard]] std::optional<int> ended(double seconds = 15) { return installer_->wait(seconds); }
+  void signal(int number) { installer_->signal(number); }
+
   // Starts the installer on a product and presses Install.
   void install(const std::string& product, const std::string& destination, const Lines& more = {});
 

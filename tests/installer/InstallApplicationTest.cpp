@@ -30,6 +30,7 @@ class NotedApplications final : public platform::Applications {
   std::int32_t registerApplication(const std::string&) override { return 0; }
   bool open(const std::string&) override { return true; }
   void openInBackground(const std::string&) override {}
+  bool openAddress(const std::string&) override { return true; }
   void noteFileSystemChanged(const std::string& path) override { calls_.push_back("note " + path); }
 
  private:

@@ -13,6 +13,7 @@
 #import "installer/InstallerWinController.h"
 #include "platform/Services.h"
 #include "platform/testing/FixedDesktop.h"
+#import "platform/testing/InMemoryAlerts.h"
 #include "platform/testing/InMemoryProcessControl.h"
 #include "platform/testing/InMemoryProcessTable.h"
 #include "platform/testing/InMemoryWindowOrder.h"
@@ -53,6 +54,7 @@ class WindowTest : public ::testing::Test {
   platform::testing::FixedFolders folders_;
   platform::testing::FixedLoginItems loginItems_;
   platform::testing::FixedSystemVersion systemVersion_;
+  platform::testing::InMemoryAlerts alerts_;
   platform::testing::RecordingApplications applications_;
   platform::testing::InMemoryProcessTable processes_;
   platform::testing::InMemoryProcessControl processControl_;

@@ -16,6 +16,7 @@ WindowTest::WindowTest()
   folders_.local = scratch_.folder("Applications");
   folders_.user = scratch_ / "home/Applications";
   platform::Services set = platform::services();
+  set.alerts = &alerts_;
   set.applications = &applications_;
   set.clock = &clock_;
   set.folders = &folders_;

@@ -127,7 +127,7 @@ NSLocale* locale(Class, SEL) {
 }
 
 TEST_F(Utilities, ShowADayAsTheUserWritesIt) {
-  const ReplacedMethod current([NSLocale class], @selector(currentLocale), locale);
+  const auto current = ReplacedMethod::ofClass([NSLocale class], @selector(currentLocale), locale);
   [NSTimeZone setDefaultTimeZone:[NSTimeZone timeZoneForSecondsFromGMT:0]];
   gLanguage = @"en_US";
   EXPECT_EQ(toBytes([KRUtilities localizedDateString:@"2021-03-05"]), "3/5/21");
@@ -136,7 +136,7 @@ TEST_F(Utilities, ShowADayAsTheUserWritesIt) {
 }
 
 TEST_F(Utilities, ShowTheDayThatItIsHereAtMidnightInUniversalTime) {
-  const ReplacedMethod current([NSLocale class], @selector(currentLocale), locale);
+  const auto current = ReplacedMethod::ofClass([NSLocale class], @selector(currentLocale), locale);
   gLanguage = @"en_US";
   [NSTimeZone setDefaultTimeZone:[NSTimeZone timeZoneForSecondsFromGMT:-5 * 3600]];
   EXPECT_EQ(toBytes([KRUtilities localizedDateString:@"2021-03-05"]), "3/4/21");
@@ -161,7 +161,8 @@ KRTestPasteboard* pasteboard(Class, SEL) {
 }
 
 TEST_F(Utilities, KnowWhichProgramChangedTheClipboard) {
-  const ReplacedMethod general([NSPasteboard class], @selector(generalPasteboard), pasteboard);
+  const auto general =
+      ReplacedMethod::ofClass([NSPasteboard class], @selector(generalPasteboard), pasteboard);
   const auto writer = processes_.add({.pid = 100, .name = "Writer"});
   const auto reader = processes_.add({.pid = 101, .name = "Reader"});
   windowOrder_.inFront = writer;

@@ -48,7 +48,7 @@ TEST_F(UtilitiesSetUp, HappensOnFirstUseAndOnce) {
 }
 
 TEST_F(UtilitiesSetUp, WatchesTheThemeAtOnce) {
-  const ReplacedMethod hook(utilities(), @selector(darkModeChanged:), noteThemeChange);
+  const auto hook = ReplacedMethod::ofClass(utilities(), @selector(darkModeChanged:), noteThemeChange);
   post(ownCenter(nil, nullptr), @"AppleInterfaceThemeChangedNotification");
   EXPECT_EQ(gThemeChanges, 0);
   [KRUtilities plainVersionOf:@""];
@@ -59,7 +59,7 @@ TEST_F(UtilitiesSetUp, WatchesTheThemeAtOnce) {
 }
 
 TEST_F(UtilitiesSetUp, WatchesTheProgramInFrontASecondLater) {
-  const ReplacedMethod hook(utilities(), @selector(processSwitched:), noteSwitch);
+  const auto hook = ReplacedMethod::ofClass(utilities(), @selector(processSwitched:), noteSwitch);
   NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
   [KRUtilities plainVersionOf:@""];
   run(0.6);
@@ -72,7 +72,8 @@ TEST_F(UtilitiesSetUp, WatchesTheProgramInFrontASecondLater) {
 
 TEST_F(UtilitiesSetUp, ThatFailsIsLoggedAndMayBeTriedAgain) {
   {
-    const ReplacedMethod failing([NSDistributedNotificationCenter class], @selector(defaultCenter), noCenter);
+    const auto failing =
+        ReplacedMethod::ofClass([NSDistributedNotificationCenter class], @selector(defaultCenter), noCenter);
     [KRUtilities plainVersionOf:@""];
   }
   ASSERT_EQ(log_.lines().size(), 1U);

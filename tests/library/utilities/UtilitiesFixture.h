@@ -24,7 +24,8 @@ class UtilitiesFixture : public ::testing::Test {
  protected:
   UtilitiesFixture()
       : pool_([[NSAutoreleasePool alloc] init]),
-        center_([NSDistributedNotificationCenter class], @selector(defaultCenter), ownCenter) {
+        center_(ReplacedMethod::ofClass([NSDistributedNotificationCenter class], @selector(defaultCenter),
+                                        ownCenter)) {
     platform::Services set = platform::services();
     set.applications = &applications_;
     set.log = &log_;
