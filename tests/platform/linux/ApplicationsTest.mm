@@ -12,6 +12,10 @@
 #include "platform/SystemServices.h"
 #include "platform/posix/Files.h"
 #include "platform/testing/RecordingLog.h"
+#include "tests/support/Child.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/Forked.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace kr::platform {
@@ -125,6 +129,78 @@ TEST_F(DesktopApplications, ADocumentGoesToTheDefaultApplicationOfItsType) {
   const std::string document = scratch_.file("Read Me.txt", "plain words\n");
   applications_.openInBackground(document);
   EXPECT_EQ(started(), document);
+}
+
+class AddressHandler : public DesktopApplications {
+ protected:
+  AddressHandler() {
+    ::setenv("XDG_CONFIG_HOME", (scratch_ / "config").c_str(), 1);
+    ::setenv("XDG_DATA_DIRS", (scratch_ / "none").c_str(), 1);
+  }
+
+  // Becomes the user's choice for web pages.
+  void install(const std::string& identifier, const std::string& more) {
+    scratch_.file(
+        "data/applications/" + identifier + ".desktop",
+        "[Desktop Entry]\nType=Application\nName=Browser\nMimeType=x-scheme-handler/https;\n" + more);
+    scratch_.file("config/mimeapps.list",
+                  "[Default Applications]\nx-scheme-handler/https=" + identifier + ".desktop\n");
+  }
+
+  static constexpr const char* kAddress = "https://www.example.com/a%20page/?q=1&r=$HOME#top";
+};
+
+TEST_F(AddressHandler, GetsTheAddressAsItIs) {
+  const std::string browser = scratch_.file(
+      "browser", "#!/bin/sh\nprintf '%s|' \"$@\" > \"$HOME/part\"\nmv \"$HOME/part\" \"$HOME/started\"\n");
+  ::chmod(browser.c_str(), 0755);
+  install("browser", "Exec=" + browser + " %u\n");
+  EXPECT_TRUE(applications_.openAddress(kAddress));
+  EXPECT_EQ(started(), std::string(kAddress) + "|");
+  EXPECT_EQ(log_.lines().size(), 0U);
+}
+
+TEST_F(AddressHandler, MayBeMissing) {
+  EXPECT_FALSE(applications_.openAddress(kAddress));
+  EXPECT_FALSE(applications_.openAddress("no address"));
+  EXPECT_EQ(log_.lines(),
+            (std::vector<std::string>{"could not open " + std::string(kAddress) + ": no application for it",
+                                      "could not open no address: no application for it"}));
+}
+
+TEST_F(AddressHandler, ThatCannotBeStartedIsLoggedWithTheReason) {
+  install("browser", "Exec=" + scratch_ / "missing %u\n");
+  EXPECT_FALSE(applications_.openAddress(kAddress));
+  ASSERT_EQ(log_.lines().size(), 1U);
+  EXPECT_TRUE(log_.lines()[0].starts_with("could not open " + std::string(kAddress) + ": "));
+}
+
+// The last thing that a program does may be to open an address.
+TEST_F(AddressHandler, ThatIsCalledByMessageHearsOfItFromAProgramThatEnds) {
+  install("org.example.Browser", "Exec=/bin/false %u\nDBusActivatable=true\n");
+  const kr::testing::Desktop desktop({.display = false, .bus = true});
+  const std::string seen = scratch_ / "seen";
+  const std::string watch = scratch_.file(
+      "watch",
+      "#!/bin/sh\nexec dbus-monitor --session \"interface='org.freedesktop.Application'\" > \"$1\"\n");
+  ::chmod(watch.c_str(), 0755);
+  kr::testing::Child monitor({watch, seen});
+  ASSERT_TRUE(kr::testing::eventually(
+      [&] { return files::contents(seen).value_or("").find("NameAcquired") != std::string::npos; }));
+  constexpr int kTimes = 10;
+  const auto calls = [&] {
+    const std::string text = files::contents(seen).value_or("");
+    int found = 0;
+    for (std::size_t at = text.find(kAddress); at != std::string::npos; at = text.find(kAddress, at + 1))
+      ++found;
+    return found;
+  };
+  for (int i = 0; i < kTimes; ++i) {
+    const int status =
+        kr::testing::inChild([&] { return systemApplications().openAddress(kAddress) ? 0 : 1; });
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_TRUE(kr::testing::eventually([&] { return calls() == kTimes; }, 5)) << calls();
 }
 
 }  // namespace
