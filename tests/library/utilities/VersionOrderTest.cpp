@@ -37,7 +37,7 @@ struct Row {
   const char* reason;
 };
 
-constexpr std::array<Row, 24> kRows{{
+constexpr std::array<Row, 26> kRows{{
     {u"1.2.3", u"1.2.3", 0, "the same"},
     {u"1.2", u"1.2.3", -1, "a beginning"},
     {u"1.2", u"1.2.0", -1, "nothing is added"},
@@ -45,6 +45,8 @@ constexpr std::array<Row, 24> kRows{{
     {u"1.2b4", u"1.2", -1, "a beta before its release"},
     {u"1.2d5", u"1.2a1", -1, "the stage before the build"},
     {u"1.2b4", u"1.2b12", -1, "builds are numbers"},
+    {u"1.2a9", u"1.2b1", -1, "an alpha before a beta"},
+    {u"1.2b9", u"1.2f1", -1, "a beta before the final stage"},
     {u"1.2f1", u"1.2", -1, "the final stage before its release"},
     {u"1.2p1", u"1.2d1", -1, "p is the first stage"},
     {u"1.2x9", u"1.2p1", 1, "an unknown letter counts as p"},
