@@ -1,6 +1,6 @@
 # add_app_bundle(TARGET SOURCES ... INFO_PLIST FILE.in [NAME NAME] [FOLDER DIR] [LIBRARIES ...] [RESOURCES ...]): an
 # application bundle NAME.app (TARGET.app) in DIR (the build folder). RESOURCES are files and folders that are copied into
-# its resources under their own names. In the layout that both systems read:
+# its resources under their own names; the target's property RESOURCES_FOLDER says where. In the layout that both systems read:
 #
 #   NAME.app/NAME                           the executable on GNUstep, where Contents/MacOS/NAME is a link to it
 #   NAME.app/Contents/MacOS/NAME            the executable on macOS
@@ -19,7 +19,7 @@ function(add_app_bundle target)
 
   add_executable(${target} ${app_SOURCES})
   target_link_libraries(${target} PRIVATE ${app_LIBRARIES})
-  set_target_properties(${target} PROPERTIES OUTPUT_NAME "${app_NAME}")
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME "${app_NAME}" RESOURCES_FOLDER "${contents}/Resources")
 
   set(APP_NAME "${app_NAME}")
   configure_file("${app_INFO_PLIST}" "${contents}/Info.plist" @ONLY)

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/Format.h"
+#include "platform/SingleLine.h"
 
 namespace kr::platform {
 
@@ -18,10 +19,6 @@ class LogSink {
   // Writes one line. `text` is UTF-8, or bytes as the file system has them, without line breaks.
   virtual void line(std::string_view text) noexcept = 0;
 };
-
-// The text with line breaks and other control characters written as escapes ("\n", "\x1b"), so that one event
-// stays one line and no file name can forge another.
-[[nodiscard]] std::string singleLine(std::string_view text);
 
 // Hands one finished line to the sink in force.
 void logLine(std::string_view text) noexcept;

@@ -18,9 +18,24 @@ namespace {
 struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
 };
+using Listing = std::unique_ptr<DIR, CloseFolder>;
 struct Free {
   void operator()(char* memory) const { std::free(memory); }
 };
+
+std::optional<std::vector<std::string>> names(DIR* listing) {
+  if (listing == nullptr) return std::nullopt;
+  std::vector<std::string> names;
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(listing);
+    if (entry == nullptr) break;
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
 
 }  // namespace
 
@@ -44,18 +59,16 @@ bool isReadableFolder(const std::string& path) noexcept {
 }
 
 std::optional<std::vector<std::string>> entries(const std::string& folder) {
-  const std::unique_ptr<DIR, CloseFolder> listing(::opendir(folder.c_str()));
-  if (!listing) return std::nullopt;
-  std::vector<std::string> names;
-  for (;;) {
-    errno = 0;
-    const dirent* entry = ::readdir(listing.get());
-    if (entry == nullptr) break;
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") names.emplace_back(name);
-  }
-  if (errno != 0) return std::nullopt;
-  return names;
+  const Listing listing(::opendir(folder.c_str()));
+  return names(listing.get());
+}
+
+std::optional<std::vector<std::string>> entries(int folder) {
+  posix::FileDescriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!own) return std::nullopt;
+  const Listing listing(::fdopendir(own.get()));
+  if (listing) (void)own.release();
+  return names(listing.get());
 }
 
 std::optional<std::string> contents(const std::string& path, std::size_t limit) {

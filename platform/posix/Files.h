@@ -24,6 +24,9 @@ namespace kr::files {
 // folder cannot be listed.
 [[nodiscard]] std::optional<std::vector<std::string>> entries(const std::string& folder);
 
+// The same for an open folder, whatever its descriptor stands at.
+[[nodiscard]] std::optional<std::vector<std::string>> entries(int folder);
+
 // The bytes of a file of at most `limit` bytes; none when it cannot be read or is larger.
 [[nodiscard]] std::optional<std::string> contents(const std::string& path, std::size_t limit = 64UL << 20);
 

@@ -112,6 +112,18 @@ Creator Creator::current() noexcept {
   return {::geteuid(), ::getegid()};
 }
 
+void giveToSystem(struct stat& status) noexcept {
+  status.st_uid = 0;
+  status.st_gid = 0;
+  status.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID | S_IWGRP | S_IWOTH);
+}
+
+void giveToSystem(Attributes& attributes) {
+  giveToSystem(attributes.status);
+  std::erase_if(attributes.extended,
+                [](const auto& attribute) { return !attribute.first.starts_with(kUserAttributes); });
+}
+
 Outcome readExtendedAttributes(int descriptor, Attributes& attributes) {
   return readExtended({descriptor, {}}, attributes.extended);
 }
@@ -139,18 +151,20 @@ Outcome applyAttributes(int descriptor, const Attributes& attributes, const Crea
 }
 
 Outcome copyLinkAttributes(int sourceFolder, const std::string& sourceName, int folder,
-                           const std::string& name, const struct stat& status, const Creator& creator) {
+                           const std::string& name, const struct stat& status, const Creator& creator,
+                           Rights rights) {
+  Attributes attributes{status, {}};
+  const Outcome unread = readExtended(link(sourceFolder, sourceName), attributes.extended);
+  // Without /proc there is no way to them.
+  if (unread && unread->error != ENOENT) return unread;
+  if (rights == Rights::ofSystem) giveToSystem(attributes);
   mode_t dropped = 0;
-  if (const Outcome failed = applyOwner(status, creator, dropped, [&](uid_t user, gid_t group) {
+  if (const Outcome failed = applyOwner(attributes.status, creator, dropped, [&](uid_t user, gid_t group) {
         return ::fchownat(folder, name.c_str(), user, group, AT_SYMLINK_NOFOLLOW);
       })) {
     return failed;
   }
-  std::vector<std::pair<std::string, std::string>> extended;
-  const Outcome unread = readExtended(link(sourceFolder, sourceName), extended);
-  // Without /proc there is no way to them.
-  if (unread && unread->error != ENOENT) return unread;
-  for (const auto& [attribute, value] : extended) {
+  for (const auto& [attribute, value] : attributes.extended) {
     if (const Outcome failed = writeExtended(link(folder, name), attribute, value)) return failed;
   }
   if (::utimensat(folder, name.c_str(), times(status).data(), AT_SYMLINK_NOFOLLOW) != 0) {

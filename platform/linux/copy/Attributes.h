@@ -26,6 +26,19 @@ struct Creator {
   [[nodiscard]] static Creator current() noexcept;
 };
 
+// Whose a copy is.
+enum class Rights {
+  ofSource,  // what it was copied from says who owns it and what may be done with it
+  ofSystem,  // it is part of the system: root's, written by nobody else, lending its rights to nobody
+};
+
+// Makes owner and mode those of a part of the system: root, no set-user-ID and set-group-ID bits, no writing
+// by group and others.
+void giveToSystem(struct stat& status) noexcept;
+
+// The same, and takes away the extended attributes that grant something: access lists, capabilities, labels.
+void giveToSystem(Attributes& attributes);
+
 // Fills in the extended attributes of an open file or folder.
 [[nodiscard]] Outcome readExtendedAttributes(int descriptor, Attributes& attributes);
 
@@ -38,7 +51,7 @@ struct Creator {
 // The same for the link with the name in an open folder; the link's target is not touched.
 [[nodiscard]] Outcome copyLinkAttributes(int sourceFolder, const std::string& sourceName, int folder,
                                          const std::string& name, const struct stat& status,
-                                         const Creator& creator);
+                                         const Creator& creator, Rights rights = Rights::ofSource);
 
 // Takes the access lists away that a new folder has inherited, so that it passes none on.
 [[nodiscard]] std::error_code removeInheritedAccessLists(int folder) noexcept;

@@ -57,6 +57,7 @@ Outcome ItemCopier::copyFile(const Place& source, const Place& destination, cons
 
   if (Outcome failed = copyContents(file.get(), status, copy.get(), cloning_, buffer)) return failed;
   if (Outcome failed = readExtendedAttributes(file.get(), attributes)) return failed;
+  adjust(attributes);
   if (Outcome failed = applyAttributes(copy.get(), attributes, creator_)) return failed;
   // Some file systems report only here that there was no room.
   if (::close(copy.release()) != 0 && errno != EINTR) return problem("write", Side::destination);
@@ -83,7 +84,7 @@ Outcome ItemCopier::copyLink(const Place& source, const Place& destination, cons
     return problem("create link", Side::destination);
   }
   return copyLinkAttributes(source.folder, source.name, destination.folder, destination.name, status,
-                            creator_);
+                            creator_, rights_);
 }
 
 }  // namespace kr::platform::copy

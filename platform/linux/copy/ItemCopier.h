@@ -20,7 +20,12 @@ struct Place {
 class ItemCopier {
  public:
   // `root` is the open folder of the new tree.
-  explicit ItemCopier(int root) : links_(root) {}
+  explicit ItemCopier(int root, Rights rights = Rights::ofSource) : rights_(rights), links_(root) {}
+
+  // What is there to copy of an item's attributes, under the rights that copies have.
+  void adjust(Attributes& attributes) const {
+    if (rights_ == Rights::ofSystem) giveToSystem(attributes);
+  }
 
   [[nodiscard]] const Creator& creator() const noexcept { return creator_; }
 
@@ -35,6 +40,7 @@ class ItemCopier {
   Outcome copyLink(const Place& source, const Place& destination, const std::string& above);
 
   Creator creator_ = Creator::current();
+  Rights rights_;
   CloneSupport cloning_ = true;
   HardLinks links_;
 };

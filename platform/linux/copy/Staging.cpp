@@ -1,69 +1,24 @@
 #include "platform/linux/copy/Staging.h"
 
 #include <fcntl.h>
-#include <stdio.h>
-#include <sys/file.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 
 #include "platform/linux/copy/Attributes.h"
 #include "platform/linux/copy/FolderListing.h"
 #include "platform/linux/copy/RemoveTree.h"
+#include "platform/linux/copy/Rename.h"
+#include "platform/posix/LockedFolder.h"
 
 namespace kr::platform::copy {
 namespace {
 
 using posix::FileDescriptor;
 
-constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-constexpr std::size_t kDigits = 16;
-constexpr int kAttempts = 100;
-
 std::error_code lastError() noexcept {
   return {errno, std::generic_category()};
-}
-
-std::string randomName() {
-  constexpr std::string_view kHexadecimal = "0123456789abcdef";
-  unsigned char bytes[kDigits] = {};
-  (void)::getrandom(bytes, sizeof bytes, 0);
-  std::string name(kStagingPrefix);
-  for (const unsigned char byte : bytes) name += kHexadecimal[byte % kHexadecimal.size()];
-  return name;
-}
-
-bool isStagingName(std::string_view name) {
-  if (!name.starts_with(kStagingPrefix) || name.size() != kStagingPrefix.size() + kDigits) return false;
-  return name.find_first_not_of("0123456789abcdef", kStagingPrefix.size()) == std::string_view::npos;
-}
-
-// Whether the name is still taken. Nobody else takes this one, so it is by the same folder.
-bool isThere(int parent, const std::string& name) {
-  struct stat status {};
-  return ::fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 || errno != ENOENT;
-}
-
-// Whether the folder is this program's now. Where the file system has no locks, nobody ever gets one, so that
-// nobody's folder is taken for a leftover.
-bool lock(int folder) noexcept {
-  return ::flock(folder, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-}
-
-std::error_code renameExclusively(int from, const std::string& old, int to, const std::string& name) {
-  if (::renameat2(from, old.c_str(), to, name.c_str(), RENAME_NOREPLACE) == 0) return {};
-  if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) return lastError();
-  // The file system cannot do both at once. What comes into being at this very moment can only be lost when
-  // it is a file, or an empty folder.
-  struct stat status {};
-  if (::fstatat(to, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
-    return std::make_error_code(std::errc::file_exists);
-  }
-  if (errno != ENOENT || ::renameat(from, old.c_str(), to, name.c_str()) != 0) return lastError();
-  return {};
 }
 
 }  // namespace
@@ -74,24 +29,12 @@ Staging::~Staging() {
 
 std::error_code Staging::create(int parent) {
   parent_ = parent;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    const std::string name = randomName();
-    if (::mkdirat(parent, name.c_str(), S_IRWXU) != 0) {
-      if (errno == EEXIST) continue;
-      return lastError();
-    }
-    folder_.reset(::openat(parent, name.c_str(), kFolderFlags));
-    // Another program may have taken it for a leftover before it was locked: then it is gone, or will be.
-    if (!folder_ && errno != ENOENT) {
-      const std::error_code error = lastError();
-      ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
-      return error;
-    }
-    if (!folder_ || !lock(folder_.get()) || !isThere(parent, name)) continue;
-    name_ = name;
-    return disinherit();
+  std::string name;
+  if (const std::error_code error = posix::createLockedFolder(parent, kStagingPrefix, name, folder_)) {
+    return error;
   }
-  return std::make_error_code(std::errc::file_exists);
+  name_ = name;
+  return disinherit();
 }
 
 // What the surrounding folder passes on is not the product's. Everything below takes after this one.
@@ -134,12 +77,11 @@ void removeLeftovers(int parent) {
   if (!fresh || listFolder(fresh.get(), listing)) return;
   while (!listing.folders.empty()) {
     const std::string name = listing.folders.pop();
-    if (!isStagingName(name)) continue;
-    const FileDescriptor folder(::openat(parent, name.c_str(), kFolderFlags));
+    if (!posix::isLockedFolderName(kStagingPrefix, name)) continue;
+    const FileDescriptor folder = posix::openAbandonedFolder(parent, name);
     struct stat status {};
     if (!folder || ::fstat(folder.get(), &status) != 0) continue;
     if (status.st_uid != ::geteuid() && ::geteuid() != 0) continue;
-    if (::flock(folder.get(), LOCK_EX | LOCK_NB) != 0) continue;
     (void)removeTree(parent, name, name);
   }
 }

@@ -26,11 +26,12 @@ void FirstFailure::set(Failure failure) {
   isThere_ = true;
 }
 
-TreeCopier::TreeCopier(std::string sourcePath, std::string destinationPath, FileDescriptor destination)
+TreeCopier::TreeCopier(std::string sourcePath, std::string destinationPath, FileDescriptor destination,
+                       Rights rights)
     : sourcePath_(std::move(sourcePath)),
       destinationPath_(std::move(destinationPath)),
       root_(std::move(destination)),
-      items_(root_.get()) {}
+      items_(root_.get(), rights) {}
 
 std::optional<Failure> TreeCopier::copyFolder(FileDescriptor source) {
   walk(std::move(source));
@@ -76,6 +77,7 @@ void TreeCopier::enter(FileDescriptor source, FileDescriptor destination, std::s
   if (Outcome failed = readExtendedAttributes(source.get(), folder.attributes)) {
     return fail(*failed, folder.path);
   }
+  items_.adjust(folder.attributes);
   if (!sources_.enter(std::move(source))) return fail(problem("look at"), folder.path);
   if (!destinations_.enter(std::move(destination))) {
     return fail(problem("look at", Side::destination), folder.path);

@@ -36,7 +36,8 @@ class TreeCopier {
  public:
   // `destination` is the open new folder, which its owner alone may enter until the copy is done. The paths
   // name the two trees in failures.
-  TreeCopier(std::string sourcePath, std::string destinationPath, posix::FileDescriptor destination);
+  TreeCopier(std::string sourcePath, std::string destinationPath, posix::FileDescriptor destination,
+             Rights rights = Rights::ofSource);
 
   // Copies an open folder: what is in it, then its own attributes. Once.
   [[nodiscard]] std::optional<Failure> copyFolder(posix::FileDescriptor source);

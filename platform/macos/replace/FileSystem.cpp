@@ -1,0 +1,66 @@
+#include "platform/replace/FileSystem.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/acl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace kr::platform::replace {
+namespace {
+
+std::error_code lastError() noexcept {
+  return {errno, std::generic_category()};
+}
+
+}  // namespace
+
+posix::FileDescriptor openFolder(int above, const std::string& name) noexcept {
+  return posix::FileDescriptor(
+      ::openat(above, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+bool isMountPoint(const Entry& entry) noexcept {
+  struct stat item {};
+  struct stat folder {};
+  return ::fstatat(entry.folder, entry.name.c_str(), &item, AT_SYMLINK_NOFOLLOW) == 0 &&
+         ::fstat(entry.folder, &folder) == 0 && item.st_dev != folder.st_dev;
+}
+
+void removeInheritedAccessLists(int folder) noexcept {
+  const acl_t none = ::acl_init(0);
+  if (none == nullptr) return;
+  (void)::acl_set_fd(folder, none);
+  ::acl_free(none);
+}
+
+std::error_code renameExclusively(int from, const std::string& old, int to,
+                                  const std::string& name) noexcept {
+  if (::renameatx_np(from, old.c_str(), to, name.c_str(), RENAME_EXCL) == 0) return {};
+  if (errno != ENOTSUP) return lastError();
+  // The file system cannot do both at once. What comes into being at this very moment can only be lost when
+  // it is a file, or an empty folder.
+  struct stat status {};
+  if (::fstatat(to, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
+    return std::make_error_code(std::errc::file_exists);
+  }
+  if (errno != ENOENT || ::renameat(from, old.c_str(), to, name.c_str()) != 0) return lastError();
+  return {};
+}
+
+std::error_code exchangeNames(int folder, const std::string& name, int otherFolder,
+                              const std::string& otherName) noexcept {
+  if (::renameatx_np(folder, name.c_str(), otherFolder, otherName.c_str(), RENAME_SWAP) == 0) return {};
+  return errno == ENOTSUP ? std::make_error_code(std::errc::not_supported) : lastError();
+}
+
+// The files' contents have been handed to the drive one by one; this makes the drive write them, and the
+// names.
+std::error_code bringToDisk(int folder) noexcept {
+  if (::fcntl(folder, F_FULLFSYNC) == 0 || ::fsync(folder) == 0) return {};
+  return lastError();
+}
+
+}  // namespace kr::platform::replace
