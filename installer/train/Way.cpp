@@ -5,27 +5,31 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
 
 #include "platform/Paths.h"
-#include "platform/replace/FileSystem.h"
+#include "platform/replace/Replacement.h"
 
 namespace kr::train {
 namespace {
 
 using platform::replace::SystemFolder;
 
+struct Known {
+  platform::replace::Identity identity;
+  bool isClosed;
+};
+
 // Known by what they are, not by how they are spelt: a volume can be mounted twice, and names need not tell
 // capitals.
-std::optional<bool> isClosed(const struct stat& folder, std::span<const SystemFolder> systemFolders) {
-  for (const SystemFolder& known : systemFolders) {
+std::vector<Known> identify(std::span<const SystemFolder> systemFolders) {
+  std::vector<Known> known;
+  for (const SystemFolder& folder : systemFolders) {
     struct stat status {};
-    if (::stat(known.path, &status) == 0 && status.st_dev == folder.st_dev &&
-        status.st_ino == folder.st_ino) {
-      return known.isClosed;
+    if (::stat(folder.path, &status) == 0) {
+      known.push_back({{status.st_dev, status.st_ino}, folder.isClosed});
     }
   }
-  return std::nullopt;
+  return known;
 }
 
 // A folder that does not exist is known by its name alone.
@@ -50,6 +54,7 @@ Checked openWay(const std::vector<std::string>& folders, Way& way,
   way.parent = platform::replace::openFolder(AT_FDCWD, "/");
   if (!way.parent) return unreachable("/");
   std::string path = "/";
+  const std::vector<Known> known = identify(systemFolders);
   bool isOfSystem = false;
   for (const std::string& name : folders) {
     path = paths::joined(path, name);
@@ -66,7 +71,10 @@ Checked openWay(const std::vector<std::string>& folders, Way& way,
     if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0) {
       return refused(path, "can be changed by everybody");
     }
-    isOfSystem = isClosed(status, systemFolders).value_or(isOfSystem);
+    const platform::replace::Identity identity{status.st_dev, status.st_ino};
+    for (const Known& folder : known) {
+      if (folder.identity == identity) isOfSystem = folder.isClosed;
+    }
   }
   if (!way.parent) isOfSystem = isOfSystem || isClosedName(path, systemFolders);
   if (isOfSystem) return refused(path, "is the system's own");

@@ -8,6 +8,8 @@
 
 #include <cerrno>
 
+#include "platform/posix/Files.h"
+
 namespace kr::posix {
 namespace {
 
@@ -57,7 +59,10 @@ std::error_code createLockedFolder(int parent, std::string_view prefix, std::str
       ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
       return error;
     }
-    if (folder && lock(folder.get()) && isSameFolder(parent, name, folder.get())) return {};
+    if (!folder || !lock(folder.get()) || !isSameFolder(parent, name, folder.get())) continue;
+    // Who may rename in the parent can have put another folder in its place.
+    const auto contents = files::entries(folder.get());
+    if (contents && contents->empty()) return {};
   }
   return std::make_error_code(std::errc::file_exists);
 }

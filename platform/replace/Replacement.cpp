@@ -148,6 +148,11 @@ Outcome replaceEntry(const Entry& source, const Entry& destination, const std::o
   if (const std::error_code error = posix::createLockedFolder(destination.folder, kPrefix, name, folder)) {
     return failed(Stage::copy, {"create a folder beside", destination.path, error});
   }
+  struct stat status {};
+  if (::fstat(folder.get(), &status) != 0 || status.st_uid != ::geteuid()) {
+    const std::error_code error = std::make_error_code(std::errc::operation_not_permitted);
+    return failed(Stage::copy, {"have a folder of one's own beside", destination.path, error});
+  }
   removeInheritedAccessLists(folder.get());
   HiddenFolder hidden(destination.folder, std::move(name), std::move(folder));
 

@@ -1,0 +1,52 @@
+// Runs the built tool on folders of the test's own, and looks at what it left.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "installer/train/Status.h"
+#include "tests/support/FileTree.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/WatchedProgram.h"
+
+namespace kr::testing {
+
+using train::Status;
+using Lines = std::vector<std::string>;
+
+class TrainTest : public ::testing::Test {
+ protected:
+  TrainTest();
+
+  // A product with all that a copy has to keep; `version` is in each of its files.
+  std::string product(const std::string& name, const std::string& version) const;
+
+  // Runs the tool with these words; its exit status, or none where it was killed. What it wrote to standard
+  // error is in `errors`. `prepare` runs in the new process before.
+  std::optional<Status> run(const Lines& words, const std::function<void()>& prepare = {});
+
+  // The same, with the calls of these kinds watched.
+  std::optional<Status> runWatched(const Lines& words, const std::vector<int>& kinds,
+                                   const std::function<Answer(const SystemCall&)>& decide,
+                                   const std::function<void()>& prepare = {});
+
+  // The product at the path as the tool installs it into an empty folder.
+  FileTree installed(const std::string& source);
+
+  // Names in the folder, in order.
+  [[nodiscard]] static Lines entries(const std::string& folder);
+
+  // Expects the tool to refuse, with one line, and to leave everything below the scratch folder as it was.
+  void expectRefused(const Lines& words, Status status);
+
+  ScratchFolder scratch_;
+  std::string errors;
+  const std::string to_;           // where products are installed
+  const std::string destination_;  // in there
+};
+
+}  // namespace kr::testing
