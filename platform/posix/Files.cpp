@@ -65,9 +65,13 @@ std::optional<std::vector<std::string>> entries(const std::string& folder) {
 
 std::optional<std::vector<std::string>> entries(int folder) {
   posix::FileDescriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!own) return std::nullopt;
-  const Listing listing(::fdopendir(own.get()));
-  if (listing) (void)own.release();
+  // One that may be listed, but not entered.
+  if (!own) own.reset(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+  const Listing listing(own ? ::fdopendir(own.get()) : nullptr);
+  if (listing) {
+    (void)own.release();
+    ::rewinddir(listing.get());
+  }
   return names(listing.get());
 }
 

@@ -10,8 +10,8 @@
 
 namespace kr::posix {
 
-// Makes a new, empty, locked folder in an open folder. Its owner alone may enter it; its name is the prefix
-// and sixteen random hexadecimal digits.
+// Makes a new, empty, locked folder in an open folder. Its owner alone may enter it, as far as the folder
+// above passes nothing else on; its name is the prefix and sixteen random hexadecimal digits.
 [[nodiscard]] std::error_code createLockedFolder(int parent, std::string_view prefix, std::string& name,
                                                  FileDescriptor& folder);
 

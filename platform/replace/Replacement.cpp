@@ -154,6 +154,7 @@ Outcome replaceEntry(const Entry& source, const Entry& destination, const std::o
     return failed(Stage::copy, {"have a folder of one's own beside", destination.path, error});
   }
   removeInheritedAccessLists(folder.get());
+  (void)::fchmod(folder.get(), S_IRWXU);
   HiddenFolder hidden(destination.folder, std::move(name), std::move(folder));
 
   if (auto failure = copyEntry(source, {hidden.folder(), kItem, destination.path})) {

@@ -1,11 +1,13 @@
 #include "platform/posix/Files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 
+#include "platform/posix/FileDescriptor.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace kr::files {
@@ -40,6 +42,30 @@ TEST_F(Files, EntriesAreAllNamesButTheTwoDots) {
   std::sort(names.begin(), names.end());
   EXPECT_EQ(names, (std::vector<std::string>{".hidden", "b\xFF\n"}));
   EXPECT_EQ(entries(scratch_ / "missing"), std::nullopt);
+}
+
+TEST_F(Files, EntriesOfAnOpenFolderAreTheSameHoweverOftenTheyAreAskedFor) {
+  scratch_.file("folder/a");
+  scratch_.file("folder/b");
+  for (const int kind : {O_RDONLY, O_PATH}) {
+    const posix::FileDescriptor folder(::open((scratch_ / "folder").c_str(), kind | O_DIRECTORY));
+    for (int time = 0; time < 2; ++time) {
+      auto names = entries(folder.get());
+      ASSERT_TRUE(names);
+      std::sort(names->begin(), names->end());
+      EXPECT_EQ(names, (std::vector<std::string>{"a", "b"}));
+    }
+  }
+  EXPECT_FALSE(entries(posix::FileDescriptor(::open(scratch_.file("file").c_str(), O_RDONLY)).get()));
+  EXPECT_FALSE(entries(-1));
+}
+
+TEST_F(Files, AFolderThatMayBeListedAndNotEnteredHasEntries) {
+  scratch_.file("folder/a");
+  const posix::FileDescriptor folder(::open((scratch_ / "folder").c_str(), O_RDONLY | O_DIRECTORY));
+  ASSERT_EQ(::fchmod(folder.get(), 0400), 0);
+  for (int time = 0; time < 2; ++time) EXPECT_EQ(entries(folder.get()), std::vector<std::string>{"a"});
+  ASSERT_EQ(::fchmod(folder.get(), 0700), 0);
 }
 
 TEST_F(Files, ContentsAreReadUpToTheLimit) {
