@@ -39,7 +39,7 @@ class TrainUnderAttack : public TrainTest {
     scratch_.file("wrapper/item", "new");
     EXPECT_EQ(::symlink("elsewhere", (scratch_ / "link").c_str()), 0);
     elsewhere_ = fileTree(scratch_ / "elsewhere");
-    EXPECT_EQ(run({one_, target_, scratch_ / "wrapper"}), Status::installed) << errors;
+    EXPECT_EQ(runWithoutDisk({one_, target_, scratch_ / "wrapper"}), Status::installed) << errors;
   }
 
   // Where the folder of the products is at the moment.
@@ -71,7 +71,7 @@ TEST_F(TrainUnderAttack, ALinkPutInTheWayAtAnyStepLeadsNowhere) {
     statuses.insert(runWatched({source, target_, scratch_ / "wrapper"}, kSteps, [&](const SystemCall& call) {
       reached = call.count;
       if (call.count == step) swapNames(scratch_ / "way", scratch_ / "link");
-      return Answer::proceed();
+      return proceedWithoutDisk(call);
     }));
     ASSERT_EQ(fileTree(scratch_ / (reached >= step ? "way/" : "elsewhere")), elsewhere_) << "step " << step;
     expectOneOrOther();
@@ -93,7 +93,7 @@ TEST_F(TrainUnderAttack, ALinkThatComesAndGoesAllTheTimeLeadsNowhere) {
   int installations = 0;
   int refusals = 0;
   for (int round = 0; round < 200; ++round) {
-    const auto status = run({round % 2 == 0 ? other_ : one_, target_, scratch_ / "wrapper"});
+    const auto status = runWithoutDisk({round % 2 == 0 ? other_ : one_, target_, scratch_ / "wrapper"});
     installations += status == Status::installed ? 1 : 0;
     refusals += status == Status::destinationRefused ? 1 : 0;
   }
@@ -118,7 +118,7 @@ TEST_F(TrainUnderAttack, ALinkInPlaceOfTheDestinationIsNotFollowed) {
       if (call.count == step && ::rename(target_.c_str(), moved.c_str()) == 0) {
         EXPECT_EQ(::symlink(secret.c_str(), target_.c_str()), 0);
       }
-      return Answer::proceed();
+      return proceedWithoutDisk(call);
     });
     ASSERT_EQ(fileTree(scratch_ / "elsewhere"), elsewhere_) << "step " << step;
     if (files::itemExists(moved)) {
@@ -145,7 +145,7 @@ TEST_F(TrainUnderAttack, LinksPutIntoTheSourceAreNotFollowed) {
       statuses.insert(runWatched({other_, target_}, kSteps, [&](const SystemCall& call) {
         reached = call.count;
         if (call.count == step) swapNames(replaced, link);
-        return Answer::proceed();
+        return proceedWithoutDisk(call);
       }));
       if (reached >= step) swapNames(replaced, link);
       for (const auto& [path, line] : fileTree(target_)) {
@@ -169,13 +169,13 @@ TEST_F(TrainUnderAttack, AnotherFolderInPlaceOfTheHiddenOneIsNotEmptied) {
     std::string hidden;
     runWatched({step % 2 == 0 ? one_ : other_, target_}, kSteps, [&](const SystemCall& call) {
       reached = call.count;
-      if (call.count != step) return Answer::proceed();
+      if (call.count != step) return proceedWithoutDisk(call);
       for (const std::string& name : entries(scratch_ / "way/apps")) {
         if (!name.starts_with(".velmora-replace-")) continue;
         hidden = scratch_ / "way/apps/" + name;
         swapNames(hidden, other);
       }
-      return Answer::proceed();
+      return proceedWithoutDisk(call);
     });
     if (!hidden.empty()) {
       ASSERT_EQ(readFile(hidden + "/item/file"), "stays") << "step " << step;

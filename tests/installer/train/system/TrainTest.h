@@ -34,6 +34,12 @@ class TrainTest : public ::testing::Test {
                                    const std::function<Answer(const SystemCall&)>& decide,
                                    const std::function<void()>& prepare = {});
 
+  // The same without waiting for the disk, which many runs in a row would do most of the time.
+  std::optional<Status> runWithoutDisk(const Lines& words);
+
+  // What a watched run answers to all calls that the test has nothing to do with.
+  [[nodiscard]] static Answer proceedWithoutDisk(const SystemCall& call);
+
   // The product at the path as the tool installs it into an empty folder.
   FileTree installed(const std::string& source);
 
