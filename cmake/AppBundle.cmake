@@ -1,6 +1,7 @@
 # add_app_bundle(TARGET SOURCES ... INFO_PLIST FILE.in [NAME NAME] [FOLDER DIR] [LIBRARIES ...] [RESOURCES ...]): an
 # application bundle NAME.app (TARGET.app) in DIR (the build folder). RESOURCES are files and folders that are copied into
-# its resources under their own names; the target's property RESOURCES_FOLDER says where. In the layout that both systems read:
+# its resources under their own names; the target's property RESOURCES_FOLDER says where that is. In the layout that both
+# systems read:
 #
 #   NAME.app/NAME                           the executable on GNUstep, where Contents/MacOS/NAME is a link to it
 #   NAME.app/Contents/MacOS/NAME            the executable on macOS

@@ -16,7 +16,6 @@
 namespace kr::train {
 namespace {
 
-using platform::Failure;
 using platform::replace::Entry;
 using platform::replace::Identity;
 using platform::replace::Stage;
@@ -40,7 +39,7 @@ class Installation {
       platform::replace::clearLeftovers(way_.parent.get());
       if (Checked refused = checkPlace()) return refused;
     }
-    if (wrapper_) {
+    if (request_.wrapper) {
       if (Checked refused = way_.parent ? placeItems() : placeWrapper()) return refused;
     }
     return placeProduct();
@@ -53,8 +52,7 @@ class Installation {
       if (way_.parent) return std::nullopt;
       return Refusal{Status::destinationRefused, parentPath() + " does not exist"};
     }
-    wrapper_.emplace();
-    return openTree(*request_.wrapper, Status::wrapperRefused, *wrapper_);
+    return openTree(*request_.wrapper, Status::wrapperRefused, wrapper_);
   }
 
   // Whether the product may take the place of what has its name, and neither of the two holds the other.
@@ -73,7 +71,7 @@ class Installation {
     if (isInside(source_.folder.get(), *item.identity)) {
       return Refusal{Status::sourceRefused, request_.source + ": it lies inside the destination"};
     }
-    if (wrapper_ && isInside(wrapper_->folder.get(), *item.identity)) {
+    if (request_.wrapper && isInside(wrapper_.folder.get(), *item.identity)) {
       return refusedWrapper("it lies inside the destination");
     }
     existing_ = item.identity;
@@ -82,10 +80,10 @@ class Installation {
 
   // Whether each of the wrapper's items may take the place of what has its name beside the product.
   Checked checkWrapper() {
-    if (!wrapper_) return std::nullopt;
+    if (!request_.wrapper) return std::nullopt;
     const int nearest = way_.parent ? way_.parent.get() : way_.above.get();
-    if (isInside(nearest, wrapper_->identity)) return refusedWrapper("the destination lies inside it");
-    auto items = files::entries(wrapper_->folder.get());
+    if (isInside(nearest, wrapper_.identity)) return refusedWrapper("the destination lies inside it");
+    auto items = files::entries(wrapper_.folder.get());
     if (!items) return refusedWrapper("it cannot be listed");
     items_ = std::move(*items);
     if (!way_.parent) return std::nullopt;
@@ -95,7 +93,7 @@ class Installation {
       if (Checked refused = look(beside(name), item)) return refused;
       if (!item.identity) continue;
       if (item.isMountPoint) return refusedWrapper("something is mounted at " + beside(name).path);
-      for (const Tree* kept : {&source_, &*wrapper_}) {
+      for (const Tree* kept : {&source_, &wrapper_}) {
         if (isInside(kept->folder.get(), *item.identity)) {
           return refusedWrapper(kept->path + " would be deleted with " + beside(name).path);
         }
@@ -106,7 +104,7 @@ class Installation {
 
   // The wrapper becomes the parent folder.
   Checked placeWrapper() {
-    const Entry from{wrapper_->folder.get(), ".", wrapper_->path};
+    const Entry from{wrapper_.folder.get(), ".", wrapper_.path};
     const Entry to{way_.above.get(), destination_.folders.back(), parentPath()};
     if (Checked refused = place(from, to, std::nullopt, true)) return refused;
     if (Checked refused = openWay(destination_.folders, way_)) return refused;
@@ -120,7 +118,7 @@ class Installation {
       if (name == destination_.name) continue;
       Item item;
       if (Checked refused = look(beside(name), item)) return refused;
-      const Entry from{wrapper_->folder.get(), name, paths::joined(wrapper_->path, name)};
+      const Entry from{wrapper_.folder.get(), name, paths::joined(wrapper_.path, name)};
       if (Checked refused = place(from, beside(name), item.identity, true)) return refused;
     }
     return std::nullopt;
@@ -151,7 +149,7 @@ class Installation {
     return {Status::destinationRefused, request_.destination + ": " + why};
   }
   [[nodiscard]] Refusal refusedWrapper(const std::string& why) const {
-    return {Status::wrapperRefused, wrapper_->path + ": " + why};
+    return {Status::wrapperRefused, wrapper_.path + ": " + why};
   }
 
   const Request& request_;
@@ -159,7 +157,7 @@ class Installation {
   DestinationPath destination_;
   Way way_;
   Tree source_;
-  std::optional<Tree> wrapper_;
+  Tree wrapper_;                    // when one was asked for
   std::vector<std::string> items_;  // of the wrapper
   std::optional<Identity> existing_;
 };

@@ -92,7 +92,7 @@ class Replacement {
       return renameExclusively(hidden_.folder(), kItem, destination_.folder, destination_.name);
     }
     const std::error_code error = exchange();
-    if (error == std::errc::not_supported) return moveAsideAndPlace();
+    if (error == std::errc::not_supported) return moveAsideAndPlace(*existing_);
     if (error || isThere(hidden_.folder(), kItem, *existing_)) return error;
     // Somebody else's: back with it.
     if (exchange() && !moveAside(hidden_.folder(), kItem)) hidden_.keep();
@@ -115,11 +115,11 @@ class Replacement {
   }
 
   // In two steps, between which nothing has the name. Who is killed there leaves it to clearLeftovers().
-  std::error_code moveAsideAndPlace() {
+  std::error_code moveAsideAndPlace(const Identity& existing) {
     const char* name = destination_.name.c_str();
     std::error_code error = moveAside(destination_.folder, name);
     if (error) return error;
-    error = isThere(aside_.get(), name, *existing_)
+    error = isThere(aside_.get(), name, existing)
                 ? renameExclusively(hidden_.folder(), kItem, destination_.folder, name)
                 : another();
     if (error) {

@@ -1,5 +1,6 @@
 // Failures on the way: each has its status, and the old product stays.
 #include <errno.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -146,16 +147,23 @@ TEST_F(TrainFailure, LeavesWhatHasTakenTheNameMeanwhile) {
                        }),
             Status::exchangeFailed);
   EXPECT_EQ(readFile(other + "/somebody's"), "own");
-  // Something else than what was looked at.
-  EXPECT_EQ(runWatched({source_, destination_}, {SYS_syncfs},
-                       [&](const SystemCall&) {
-                         EXPECT_EQ(::rename(destination_.c_str(), (to_ + "/moved").c_str()), 0);
-                         scratch_.file("to/P.app/somebody's", "own");
-                         return Answer::proceed();
-                       }),
-            Status::exchangeFailed);
-  EXPECT_EQ(readFile(destination_ + "/somebody's"), "own");
-  EXPECT_EQ(entries(to_), (Lines{"P.app", "Q.app", "moved"}));
+  // Something else than what was looked at, where names can be exchanged and where they cannot.
+  for (const bool canExchange : {true, false}) {
+    const std::string moved = to_ + (canExchange ? "/moved" : "/moved again");
+    EXPECT_EQ(runWatched({source_, destination_}, {SYS_syncfs, SYS_renameat2},
+                         [&](const SystemCall& call) {
+                           if (call.number == SYS_syncfs) {
+                             EXPECT_EQ(::rename(destination_.c_str(), moved.c_str()), 0);
+                             scratch_.file("to/P.app/somebody's", moved);
+                           } else if (!canExchange && call.arguments[4] == RENAME_EXCHANGE) {
+                             return Answer::fail(EINVAL);
+                           }
+                           return Answer::proceed();
+                         }),
+              Status::exchangeFailed);
+    EXPECT_EQ(readFile(destination_ + "/somebody's"), moved);
+  }
+  EXPECT_EQ(entries(to_), (Lines{"P.app", "Q.app", "moved", "moved again"}));
 }
 
 }  // namespace
