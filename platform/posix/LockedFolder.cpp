@@ -59,10 +59,15 @@ std::error_code createLockedFolder(int parent, std::string_view prefix, std::str
       ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
       return error;
     }
-    if (!folder || !lock(folder.get()) || !isSameFolder(parent, name, folder.get())) continue;
-    // Who may rename in the parent can have put another folder in its place.
+    if (!folder || !lock(folder.get()) || !isThere(parent, name)) continue;
     const auto contents = files::entries(folder.get());
-    if (contents && contents->empty()) return {};
+    if (!contents) {
+      const std::error_code error = lastError();
+      ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
+      return error;
+    }
+    // Who may rename in the parent can have put another folder in its place.
+    if (contents->empty()) return {};
   }
   return std::make_error_code(std::errc::file_exists);
 }

@@ -38,6 +38,15 @@ std::optional<Failure> removeIfThere(int folder, const char* name) {
   return removeEntry({folder, name, name});
 }
 
+// Whether the new folder is this user's, and nobody may enter it whatever the folder above passes on.
+std::error_code makeOwn(int folder) {
+  struct stat status {};
+  if (::fstat(folder, &status) != 0) return lastError();
+  if (status.st_uid != ::geteuid()) return std::make_error_code(std::errc::operation_not_permitted);
+  if (const std::error_code error = removeInheritedAccessLists(folder)) return error;
+  return ::fchmod(folder, S_IRWXU) == 0 ? std::error_code{} : lastError();
+}
+
 // The hidden folder. Its contents are reached through its descriptor alone: whoever may rename it in the
 // parent folder still leads nobody elsewhere.
 class HiddenFolder {
@@ -148,13 +157,10 @@ Outcome replaceEntry(const Entry& source, const Entry& destination, const std::o
   if (const std::error_code error = posix::createLockedFolder(destination.folder, kPrefix, name, folder)) {
     return failed(Stage::copy, {"create a folder beside", destination.path, error});
   }
-  struct stat status {};
-  if (::fstat(folder.get(), &status) != 0 || status.st_uid != ::geteuid()) {
-    const std::error_code error = std::make_error_code(std::errc::operation_not_permitted);
+  if (const std::error_code error = makeOwn(folder.get())) {
+    ::unlinkat(destination.folder, name.c_str(), AT_REMOVEDIR);
     return failed(Stage::copy, {"have a folder of one's own beside", destination.path, error});
   }
-  removeInheritedAccessLists(folder.get());
-  (void)::fchmod(folder.get(), S_IRWXU);
   HiddenFolder hidden(destination.folder, std::move(name), std::move(folder));
 
   if (auto failure = copyEntry(source, {hidden.folder(), kItem, destination.path})) {

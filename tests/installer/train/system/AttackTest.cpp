@@ -15,10 +15,10 @@
 namespace kr::testing {
 namespace {
 
-const std::vector<int> kSteps{SYS_openat,     SYS_mkdirat,    SYS_flock,     SYS_fchmod, SYS_fchown,
-                              SYS_fchownat,   SYS_write,      SYS_symlinkat, SYS_linkat, SYS_utimensat,
-                              SYS_unlinkat,   SYS_renameat2,  SYS_syncfs,    SYS_fsync,  SYS_read,
-                              SYS_getdents64, SYS_newfstatat, SYS_statx};
+const std::vector<long> kSteps{SYS_openat,     SYS_mkdirat,    SYS_flock,     SYS_fchmod, SYS_fchown,
+                               SYS_fchownat,   SYS_write,      SYS_symlinkat, SYS_linkat, SYS_utimensat,
+                               SYS_unlinkat,   SYS_renameat2,  SYS_syncfs,    SYS_fsync,  SYS_read,
+                               SYS_getdents64, SYS_newfstatat, SYS_statx};
 
 void swapNames(const std::string& one, const std::string& other) {
   ASSERT_EQ(::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE), 0);
@@ -63,15 +63,15 @@ class TrainUnderAttack : public TrainTest {
 };
 
 TEST_F(TrainUnderAttack, ALinkPutInTheWayAtAnyStepLeadsNowhere) {
-  int reached = 0;
+  std::size_t reached = 0;
   std::set<std::optional<Status>> statuses;
-  for (int step = 1; reached >= step - 1; ++step) {
+  for (std::size_t step = 1; reached >= step - 1; ++step) {
     reached = 0;
     const std::string& source = step % 2 == 0 ? one_ : other_;
-    statuses.insert(runWatched({source, target_, scratch_ / "wrapper"}, kSteps, [&](const SystemCall& call) {
-      reached = call.count;
-      if (call.count == step) swapNames(scratch_ / "way", scratch_ / "link");
-      return proceedWithoutDisk(call);
+    statuses.insert(runWatched({source, target_, scratch_ / "wrapper"}, kSteps, [&](const WatchedCall& call) {
+      reached = call.index;
+      if (call.index == step) swapNames(scratch_ / "way", scratch_ / "link");
+      return passWithoutDisk(call);
     }));
     ASSERT_EQ(fileTree(scratch_ / (reached >= step ? "way/" : "elsewhere")), elsewhere_) << "step " << step;
     expectOneOrOther();
@@ -109,16 +109,16 @@ TEST_F(TrainUnderAttack, ALinkThatComesAndGoesAllTheTimeLeadsNowhere) {
 
 TEST_F(TrainUnderAttack, ALinkInPlaceOfTheDestinationIsNotFollowed) {
   const std::string secret = scratch_ / "elsewhere/apps/P.app";
-  int reached = 0;
-  for (int step = 1; reached >= step - 1; ++step) {
+  std::size_t reached = 0;
+  for (std::size_t step = 1; reached >= step - 1; ++step) {
     reached = 0;
     const std::string moved = scratch_ / "way/moved";
-    runWatched({other_, target_}, kSteps, [&](const SystemCall& call) {
-      reached = call.count;
-      if (call.count == step && ::rename(target_.c_str(), moved.c_str()) == 0) {
+    runWatched({other_, target_}, kSteps, [&](const WatchedCall& call) {
+      reached = call.index;
+      if (call.index == step && ::rename(target_.c_str(), moved.c_str()) == 0) {
         EXPECT_EQ(::symlink(secret.c_str(), target_.c_str()), 0);
       }
-      return proceedWithoutDisk(call);
+      return passWithoutDisk(call);
     });
     ASSERT_EQ(fileTree(scratch_ / "elsewhere"), elsewhere_) << "step " << step;
     if (files::itemExists(moved)) {
@@ -138,14 +138,14 @@ TEST_F(TrainUnderAttack, LinksPutIntoTheSourceAreNotFollowed) {
   for (const std::string& replaced : {file, folder}) {
     const std::string link = scratch_ / "bait";
     ASSERT_EQ(::symlink(replaced == file ? secret.c_str() : (scratch_ / "secret").c_str(), link.c_str()), 0);
-    int reached = 0;
+    std::size_t reached = 0;
     std::set<std::optional<Status>> statuses;
-    for (int step = 1; step == 1 || reached >= step - 1; ++step) {
+    for (std::size_t step = 1; step == 1 || reached >= step - 1; ++step) {
       reached = 0;
-      statuses.insert(runWatched({other_, target_}, kSteps, [&](const SystemCall& call) {
-        reached = call.count;
-        if (call.count == step) swapNames(replaced, link);
-        return proceedWithoutDisk(call);
+      statuses.insert(runWatched({other_, target_}, kSteps, [&](const WatchedCall& call) {
+        reached = call.index;
+        if (call.index == step) swapNames(replaced, link);
+        return passWithoutDisk(call);
       }));
       if (reached >= step) swapNames(replaced, link);
       for (const auto& [path, line] : fileTree(target_)) {
@@ -163,19 +163,19 @@ TEST_F(TrainUnderAttack, LinksPutIntoTheSourceAreNotFollowed) {
 TEST_F(TrainUnderAttack, AnotherFolderInPlaceOfTheHiddenOneIsNotEmptied) {
   const std::string other = scratch_.folder("way/apps/other");
   scratch_.file("way/apps/other/item/file", "stays");
-  int reached = 0;
-  for (int step = 1; step == 1 || reached >= step - 1; ++step) {
+  std::size_t reached = 0;
+  for (std::size_t step = 1; step == 1 || reached >= step - 1; ++step) {
     reached = 0;
     std::string hidden;
-    runWatched({step % 2 == 0 ? one_ : other_, target_}, kSteps, [&](const SystemCall& call) {
-      reached = call.count;
-      if (call.count != step) return proceedWithoutDisk(call);
+    runWatched({step % 2 == 0 ? one_ : other_, target_}, kSteps, [&](const WatchedCall& call) {
+      reached = call.index;
+      if (call.index != step) return passWithoutDisk(call);
       for (const std::string& name : entries(scratch_ / "way/apps")) {
         if (!name.starts_with(".velmora-replace-")) continue;
         hidden = scratch_ / "way/apps/" + name;
         swapNames(hidden, other);
       }
-      return proceedWithoutDisk(call);
+      return passWithoutDisk(call);
     });
     if (!hidden.empty()) {
       ASSERT_EQ(readFile(hidden + "/item/file"), "stays") << "step " << step;

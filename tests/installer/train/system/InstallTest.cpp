@@ -144,8 +144,8 @@ TEST_F(Train, ReplacesAnOldProductThatIsWriteProtectedInside) {
 TEST_F(Train, SaysWhatIsLeftOfTheOldProductAndClearsItAwayNextTime) {
   product("to/P.app", "old");
   const std::string source = product("P.app", "new");
-  const auto keep = [&](const SystemCall& call) {
-    return call.textAt(1) == "Info.plist" ? Answer::fail(EPERM) : Answer::proceed();
+  const auto keep = [&](const WatchedCall& call) {
+    return call.path() == "Info.plist" ? Verdict::fail(EPERM) : Verdict::pass();
   };
   ASSERT_EQ(runWatched({source, destination_}, {SYS_unlinkat}, keep), Status::installed);
   EXPECT_EQ(errors.find("train: the old " + destination_ + " is left over: delete "), 0U) << errors;

@@ -18,10 +18,10 @@ namespace kr::testing {
 namespace {
 
 // The calls by which the disk changes, or that lead to them.
-const std::vector<int> kSteps{SYS_openat,    SYS_mkdirat,  SYS_flock,     SYS_fchmod,    SYS_fchown,
-                              SYS_fchownat,  SYS_write,    SYS_ftruncate, SYS_symlinkat, SYS_linkat,
-                              SYS_utimensat, SYS_unlinkat, SYS_renameat2, SYS_renameat,  SYS_syncfs,
-                              SYS_fsync,     SYS_read,     SYS_getdents64};
+const std::vector<long> kSteps{SYS_openat,    SYS_mkdirat,  SYS_flock,     SYS_fchmod,    SYS_fchown,
+                               SYS_fchownat,  SYS_write,    SYS_ftruncate, SYS_symlinkat, SYS_linkat,
+                               SYS_utimensat, SYS_unlinkat, SYS_renameat2, SYS_renameat,  SYS_syncfs,
+                               SYS_fsync,     SYS_read,     SYS_getdents64};
 
 class TrainStopped : public TrainTest {
  protected:
@@ -57,23 +57,23 @@ class TrainStopped : public TrainTest {
 
   // Runs with every first, second, third ... call of the steps answered by `answer`, and looks at what is
   // left after each run. Calls of `without` fail in every case.
-  void stopAtEachStep(Answer answer, bool withoutExchange,
+  void stopAtEachStep(Verdict answer, bool withoutExchange,
                       const std::function<void(const std::string&)>& look) {
-    int reached = 0;
-    for (int step = 1; step == 1 || reached >= step - 1; ++step) {
+    std::size_t reached = 0;
+    for (std::size_t step = 1; step == 1 || reached >= step - 1; ++step) {
       putOldInPlace();
       reached = 0;
       std::string last;
-      status_ = runWatched({newSource_, destination_}, kSteps, [&](const SystemCall& call) {
-        reached = call.count;
+      status_ = runWatched({newSource_, destination_}, kSteps, [&](const WatchedCall& call) {
+        reached = call.index;
         // A further name that cannot be made becomes a file of its own: no failure.
-        const bool isHarmless = answer.kind == Answer::Kind::fail && call.number == SYS_linkat;
-        if (call.count == step && !isHarmless) {
+        const bool isHarmless = answer.kind == Verdict::Kind::answer && call.number == SYS_linkat;
+        if (call.index == step && !isHarmless) {
           last = "call " + std::to_string(call.number) + ", step " + std::to_string(step);
           return answer;
         }
         const bool isExchange = call.number == SYS_renameat2 && call.arguments[4] == RENAME_EXCHANGE;
-        return withoutExchange && isExchange ? Answer::fail(EINVAL) : proceedWithoutDisk(call);
+        return withoutExchange && isExchange ? Verdict::fail(EINVAL) : passWithoutDisk(call);
       });
       if (reached < step) break;
       look(last);
@@ -94,7 +94,7 @@ class TrainStopped : public TrainTest {
 };
 
 TEST_F(TrainStopped, KilledAtEachStepItLeavesAWholeProduct) {
-  stopAtEachStep(Answer::kill(), false, [&](const std::string& what) {
+  stopAtEachStep(Verdict::kill(), false, [&](const std::string& what) {
     EXPECT_FALSE(status_) << what;
     expectOldOrNew(what);
     expectClearedByNextRun(what);
@@ -103,7 +103,7 @@ TEST_F(TrainStopped, KilledAtEachStepItLeavesAWholeProduct) {
 
 TEST_F(TrainStopped, KilledAtEachStepWhereNamesCannotBeExchangedItLosesNothing) {
   bool wasMissing = false;
-  stopAtEachStep(Answer::kill(), true, [&](const std::string& what) {
+  stopAtEachStep(Verdict::kill(), true, [&](const std::string& what) {
     if (files::itemExists(destination_)) {
       expectOldOrNew(what);
     } else {
@@ -111,7 +111,7 @@ TEST_F(TrainStopped, KilledAtEachStepWhereNamesCannotBeExchangedItLosesNothing) 
       wasMissing = true;
       EXPECT_EQ(run({scratch_ / "missing", destination_}), Status::sourceRefused);
       EXPECT_EQ(runWatched({newSource_, destination_}, {SYS_syncfs},
-                           [](const SystemCall&) { return Answer::fail(EIO); }),
+                           [](const WatchedCall&) { return Verdict::fail(EIO); }),
                 Status::copyFailed);
       EXPECT_EQ(fileTree(destination_), old_) << what;
     }
@@ -121,7 +121,7 @@ TEST_F(TrainStopped, KilledAtEachStepWhereNamesCannotBeExchangedItLosesNothing) 
 }
 
 TEST_F(TrainStopped, FailingAtEachStepItLeavesAWholeProductAndNothingElse) {
-  stopAtEachStep(Answer::fail(EIO), false, [&](const std::string& what) {
+  stopAtEachStep(Verdict::fail(EIO), false, [&](const std::string& what) {
     ASSERT_TRUE(status_) << what;
     const FileTree tree = fileTree(destination_);
     if (status_ == Status::installed) {
@@ -134,7 +134,7 @@ TEST_F(TrainStopped, FailingAtEachStepItLeavesAWholeProductAndNothingElse) {
 }
 
 TEST_F(TrainStopped, FailingAtEachStepWhereNamesCannotBeExchangedItLosesNothing) {
-  stopAtEachStep(Answer::fail(EIO), true, [&](const std::string& what) {
+  stopAtEachStep(Verdict::fail(EIO), true, [&](const std::string& what) {
     ASSERT_TRUE(status_) << what;
     const FileTree tree = fileTree(destination_);
     EXPECT_EQ(tree, status_ == Status::installed ? new_ : old_) << what << " " << errors;
@@ -177,10 +177,10 @@ TEST_F(TrainStopped, LeavesTheHiddenFoldersOfOthers) {
 TEST_F(TrainStopped, LeavesTheHiddenFolderOfARunThatIsUnderWay) {
   putOldInPlace();
   bool isDone = false;
-  const auto status = runWatched({newSource_, destination_}, {SYS_syncfs}, [&](const SystemCall&) {
+  const auto status = runWatched({newSource_, destination_}, {SYS_syncfs}, [&](const WatchedCall&) {
     isDone = true;
     EXPECT_EQ(run({newSource_, to_ + "/Q.app"}), Status::installed) << errors;
-    return Answer::proceed();
+    return Verdict::pass();
   });
   EXPECT_EQ(status, Status::installed) << errors;
   EXPECT_TRUE(isDone);

@@ -7,9 +7,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <climits>
 
 #include "platform/posix/Files.h"
 #include "tests/support/Forked.h"
+#include "tests/support/SystemCalls.h"
 
 namespace kr::testing {
 namespace {
@@ -17,12 +20,6 @@ namespace {
 std::optional<Status> statusOf(int waited) {
   if (!WIFEXITED(waited)) return std::nullopt;
   return static_cast<Status>(WEXITSTATUS(waited));
-}
-
-Lines withProgram(const Lines& words) {
-  Lines all{KR_TRAIN};
-  all.insert(all.end(), words.begin(), words.end());
-  return all;
 }
 
 }  // namespace
@@ -48,40 +45,56 @@ std::optional<Status> TrainTest::run(const Lines& words, const std::function<voi
   return runWatched(words, {}, {}, prepare);
 }
 
-std::optional<Status> TrainTest::runWatched(const Lines& words, const std::vector<int>& kinds,
-                                            const std::function<Answer(const SystemCall&)>& decide,
+std::optional<Status> TrainTest::runWatched(const Lines& words, const std::vector<long>& kinds,
+                                            const std::function<Verdict(const WatchedCall&)>& decide,
                                             const std::function<void()>& prepare) {
-  ScratchFolder output;
+  const ScratchFolder output;
   const std::string file = output.file("errors", "");
-  const auto start = [&] {
-    ::dup2(::open(file.c_str(), O_WRONLY), STDERR_FILENO);
+  Lines all{KR_TRAIN};
+  all.insert(all.end(), words.begin(), words.end());
+  std::vector<char*> pointers;
+  for (std::string& word : all) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  const auto become = [&] {
+    ::dup2(::open(file.c_str(), O_WRONLY | O_CLOEXEC), STDERR_FILENO);
     if (prepare) prepare();
+    ::execv(pointers[0], pointers.data());
+    return 99;
   };
-  std::vector<std::string> all = withProgram(words);
   int waited = -1;
   if (kinds.empty()) {
-    std::vector<char*> pointers;
-    for (std::string& word : all) pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    waited = inChild([&] {
-      start();
-      ::execv(pointers[0], pointers.data());
-      return 99;
-    });
+    waited = inChild(become);
   } else {
-    waited = watched(all, kinds, decide, start);
+    bool isTool = false;
+    std::size_t count = 0;
+    waited = trace(become, [&](const WatchedCall& call) {
+               if (call.number == SYS_execve) isTool = true;
+               if (!isTool || std::find(kinds.begin(), kinds.end(), call.number) == kinds.end()) {
+                 return Verdict::pass();
+               }
+               WatchedCall counted = call;
+               counted.index = ++count;
+               return decide(counted);
+             }).status;
   }
   errors = readFile(file);
   return statusOf(waited);
 }
 
-std::optional<Status> TrainTest::runWithoutDisk(const Lines& words) {
-  return runWatched(words, {SYS_syncfs, SYS_fsync}, proceedWithoutDisk);
+std::string TrainTest::openPath(const WatchedCall& call) {
+  const auto descriptor = static_cast<int>(call.arguments[0]);
+  const std::string link = "/proc/" + std::to_string(call.thread) + "/fd/" + std::to_string(descriptor);
+  std::array<char, PATH_MAX> path{};
+  const ssize_t size = ::readlink(link.c_str(), path.data(), path.size());
+  return {path.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
 }
 
-Answer TrainTest::proceedWithoutDisk(const SystemCall& call) {
-  const bool isDisk = call.number == SYS_syncfs || call.number == SYS_fsync;
-  return isDisk ? Answer::failWith(0) : Answer::proceed();
+std::optional<Status> TrainTest::runWithoutDisk(const Lines& words) {
+  return runWatched(words, {SYS_syncfs, SYS_fsync}, passWithoutDisk);
+}
+
+Verdict TrainTest::passWithoutDisk(const WatchedCall& call) {
+  return waitsForDisk(call.number) ? Verdict::answer(0) : Verdict::pass();
 }
 
 FileTree TrainTest::installed(const std::string& source) {

@@ -11,7 +11,7 @@
 #include "installer/train/Status.h"
 #include "tests/support/FileTree.h"
 #include "tests/support/ScratchFolder.h"
-#include "tests/support/WatchedProgram.h"
+#include "tests/support/Tracer.h"
 
 namespace kr::testing {
 
@@ -29,16 +29,19 @@ class TrainTest : public ::testing::Test {
   // error is in `errors`. `prepare` runs in the new process before.
   std::optional<Status> run(const Lines& words, const std::function<void()>& prepare = {});
 
-  // The same, with the calls of these kinds watched.
-  std::optional<Status> runWatched(const Lines& words, const std::vector<int>& kinds,
-                                   const std::function<Answer(const SystemCall&)>& decide,
+  // The same, with the tool's calls of these kinds watched; they alone are counted.
+  std::optional<Status> runWatched(const Lines& words, const std::vector<long>& kinds,
+                                   const std::function<Verdict(const WatchedCall&)>& decide,
                                    const std::function<void()>& prepare = {});
 
   // The same without waiting for the disk, which many runs in a row would do most of the time.
   std::optional<Status> runWithoutDisk(const Lines& words);
 
   // What a watched run answers to all calls that the test has nothing to do with.
-  [[nodiscard]] static Answer proceedWithoutDisk(const SystemCall& call);
+  [[nodiscard]] static Verdict passWithoutDisk(const WatchedCall& call);
+
+  // The path of the file that a watched call's first argument is a descriptor of.
+  [[nodiscard]] static std::string openPath(const WatchedCall& call);
 
   // The product at the path as the tool installs it into an empty folder.
   FileTree installed(const std::string& source);
