@@ -168,6 +168,18 @@
 
 @end
 
+// The product's own confirmation that it has started.
+@interface InstallerWinController (Handshake)
+
+// Has the confirmation delivered to the second operation from now on; first thing in the setup.
+- (void)installAppleEvents;
+
+// Reports success when the event names the installation in progress; any other event is logged and no more.
+// Nothing is put into the reply.
+- (void)installationDone:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply;
+
+@end
+
 // How an installation ends.
 @interface InstallerWinController (Completion)
 

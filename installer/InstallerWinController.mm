@@ -51,6 +51,7 @@ NSImage* imageAt(NSString* path) {
 #pragma mark Setup
 
 - (void)awakeFromNib {
+  [self installAppleEvents];
   [self redirectLog];
   [self prepareWindow];
   [self extractArguments];

@@ -22,7 +22,8 @@ struct AppleEvent {
   std::uint32_t eventClass = 0;
   std::uint32_t eventID = 0;
   std::variant<pid_t, SerialNumber> target;
-  std::optional<std::string> directText;  // UTF-8; sent as a list that holds one text
+  std::optional<std::string> directText;  // UTF-8; sent as a list that holds one text ...
+  bool textIsAlone = false;               // ... or as the text by itself
   std::int32_t sendMode = 0;
   std::int16_t sendPriority = 0;
   std::int32_t timeoutTicks = 0;  // sixtieths of a second; -1 is the system's default

@@ -4,7 +4,9 @@
 //
 //   method Send(in u class, in u id, in as directTexts)
 //
-// A reply without values says that the event was handled; an error reply that it was not.
+// The direct object is a text when the list holds exactly one. A receiver takes a plain text (s) in the place
+// of the list as well; any other value there, or none, is a direct object that is no text. A reply without
+// values says that the event was handled; an error reply that it was not.
 #pragma once
 
 #include <string>

@@ -1,25 +1,11 @@
 #include "platform/linux/AppleEventConnection.h"
 
-#include <cstdlib>
-
-#include "platform/posix/Files.h"
+#include "platform/linux/SessionBus.h"
 
 namespace kr::platform {
 namespace {
 
 constexpr unsigned kConnectMilliseconds = 2000;
-
-// The address of the session bus by its usual places; empty when there is none. GIO's own search would start
-// a bus.
-std::string sessionBusAddress() {
-  if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address != nullptr && *address != '\0') {
-    return address;
-  }
-  const char* folder = std::getenv("XDG_RUNTIME_DIR");
-  if (folder == nullptr || *folder == '\0') return {};
-  const std::string socket = std::string(folder) + "/bus";
-  return files::exists(socket) ? "unix:path=" + socket : std::string();
-}
 
 struct FreeContext {
   void operator()(GMainContext* context) const { ::g_main_context_unref(context); }

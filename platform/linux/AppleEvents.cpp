@@ -43,6 +43,7 @@ struct FreeVariant {
 };
 using Variant = std::unique_ptr<GVariant, FreeVariant>;
 
+// A text by itself and a list of one text are the same here (AppleEventBus.h).
 GVariant* arguments(const AppleEvent& event) {
   GVariantBuilder texts;
   ::g_variant_builder_init(&texts, G_VARIANT_TYPE("as"));

@@ -33,9 +33,13 @@ std::optional<AppleEventError> failed(Step step, OSStatus status) {
 
 template <class Address>
 OSStatus build(const AppleEvent& event, DescType addressType, const Address& address, AEDesc* built) {
-  if (!event.directText) {
-    return AEBuildAppleEvent(event.eventClass, event.eventID, addressType, &address, sizeof address,
-                             kAutoGenerateReturnID, kAnyTransactionID, built, nullptr, "");
+  if (!event.directText || event.textIsAlone) {
+    const OSStatus status =
+        AEBuildAppleEvent(event.eventClass, event.eventID, addressType, &address, sizeof address,
+                          kAutoGenerateReturnID, kAnyTransactionID, built, nullptr, "");
+    if (status != noErr || !event.directText) return status;
+    return AEPutParamPtr(built, keyDirectObject, typeUTF8Text, event.directText->data(),
+                         static_cast<Size>(event.directText->size()));
   }
   return AEBuildAppleEvent(event.eventClass, event.eventID, addressType, &address, sizeof address,
                            kAutoGenerateReturnID, kAnyTransactionID, built, nullptr, kDirectText,

@@ -2,7 +2,9 @@
 
 #include <signal.h>
 
+#import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PrepareApplication.h"
+#include "samples/done/SendDone.h"
 
 namespace {
 
@@ -61,6 +63,9 @@ NSImageView* icon() {
   // The toolkit has taken the signal over by now: it would become a polite request, which is refused below in
   // any case.
   if (refusesToQuit()) ::signal(SIGTERM, SIG_IGN);
+  // The window stands: to the installer that has launched it, if there is one, the installation has worked.
+  kr::sendDone(kr::installationTag(kr::toBytes(information(@"CFBundleName")),
+                                   kr::toBytes(information(@"CFBundleShortVersionString"))));
 }
 
 - (NSMenu*)menu {
