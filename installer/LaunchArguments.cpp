@@ -49,7 +49,7 @@ bool isStartedByProduct(const std::vector<std::string>& words) {
 }
 
 float secondsFromText(std::string_view text) {
-  const std::size_t start = text.find_first_not_of(" \t\r\n");
+  const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
   if (start == std::string_view::npos) return 0;
   // Only decimal notation counts: strtof would also read "inf", "nan" and hexadecimal numbers.
   const std::size_t end = text.find_first_not_of("+-.0123456789eE", start);

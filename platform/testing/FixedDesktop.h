@@ -2,6 +2,8 @@
 // database.
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -70,7 +72,8 @@ class FixedSystemVersion final : public SystemVersion {
 class RecordingApplications final : public Applications {
  public:
   std::int32_t registrationStatus = 0;
-  int opensAfterAttempts = 1;  // the attempt at which open() succeeds; 0 is never
+  int opensAfterAttempts = 1;       // the attempt at which open() succeeds; 0 is never
+  std::function<void(int)> onOpen;  // called with the number of each attempt, on the thread that opens
 
   std::int32_t registerApplication(const std::string& path) override {
     record("register " + path);
@@ -78,8 +81,9 @@ class RecordingApplications final : public Applications {
   }
   bool open(const std::string& path) override {
     record("open " + path);
-    const std::lock_guard lock(mutex_);
-    return ++attempts_ == opensAfterAttempts;
+    const int attempt = ++attempts_;
+    if (onOpen) onOpen(attempt);
+    return attempt == opensAfterAttempts;
   }
   void openInBackground(const std::string& path) override { record("openInBackground " + path); }
   bool openAddress(const std::string& address) override {
@@ -102,7 +106,7 @@ class RecordingApplications final : public Applications {
 
   mutable std::mutex mutex_;
   std::vector<std::string> calls_;
-  int attempts_ = 0;
+  std::atomic<int> attempts_ = 0;
 };
 
 }  // namespace kr::platform::testing

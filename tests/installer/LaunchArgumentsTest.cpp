@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <utility>
+
 namespace kr {
 namespace {
 
@@ -74,12 +77,34 @@ TEST(LaunchArguments, ALanguageOverrideFirstIsADirectInvocation) {
 }
 
 TEST(LaunchArguments, SecondsAreReadFromTheFrontOfATextInDecimalNotation) {
-  EXPECT_FLOAT_EQ(secondsFromText("2.5"), 2.5F);
-  EXPECT_FLOAT_EQ(secondsFromText(" 3 seconds"), 3.0F);
-  EXPECT_FLOAT_EQ(secondsFromText("-1"), -1.0F);
-  EXPECT_FLOAT_EQ(secondsFromText("1e1"), 10.0F);
-  for (const char* text : {"", "soon", "inf", "nan", "0x10", "-", "0"})
-    EXPECT_FLOAT_EQ(secondsFromText(text), 0.0F);
+  const std::pair<const char*, float> readings[] = {{"2.5", 2.5F},    {"2", 2},
+                                                    {"+3", 3},        {"-1", -1},
+                                                    {" -1", -1},      {".5", 0.5F},
+                                                    {"5.", 5},        {"00012", 12},
+                                                    {"1e1", 10},      {"1E2", 100},
+                                                    {"25e-1", 2.5F},  {"1.e1", 10},
+                                                    {" 3", 3},        {"\t\n\v\f\r4", 4},
+                                                    {"3 seconds", 3}, {"2,5", 2},
+                                                    {"1.2.3", 1.2F},  {"1_000", 1},
+                                                    {"1e", 1},        {"1e+", 1},
+                                                    {"1d1", 1},       {"16777217", 16777216}};
+  for (const auto& [text, seconds] : readings) EXPECT_EQ(secondsFromText(text), seconds) << text;
+}
+
+TEST(LaunchArguments, WhatDoesNotBeginWithANumberIsNoSeconds) {
+  for (const char* text : {"", " ", "soon", "inf", "-inf", "infinity", "nan", "0x10", "-", "+", ".", "0",
+                           "-0", "e5", ".e1", "--1", "+-1", "\u0663", "1e-400"}) {
+    EXPECT_EQ(secondsFromText(text), 0.0F) << text;
+  }
+}
+
+TEST(LaunchArguments, SecondsBeyondSinglePrecisionAreEndless) {
+  constexpr float kEndless = std::numeric_limits<float>::infinity();
+  for (const char* text : {"1e39", "1e400", "1e99999999999", "999999999999999999999999999999999999999999"}) {
+    EXPECT_EQ(secondsFromText(text), kEndless) << text;
+  }
+  EXPECT_EQ(secondsFromText("-1e400"), -kEndless);
+  EXPECT_FLOAT_EQ(secondsFromText("99999999999999999999999999"), 1e26F);
 }
 
 TEST(LaunchArguments, DescriptionsQuoteWhatIsNotAPlainWord) {

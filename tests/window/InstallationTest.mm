@@ -142,21 +142,6 @@ TEST_F(InstallationInTheWindow, TheInstallersFrontWindowComesForwardAgainInTheEn
                                         {WindowRequest::Kind::frontWindowOnly, self}}));
 }
 
-TEST_F(InstallationInTheWindow, ACancelledAuthorisationLeavesBothButtonsReadyAndNoMessage) {
-  load({"-sourcePath", product()});
-  [controller_->installButton setEnabled:NO];
-  [controller_->cancelButton setEnabled:NO];
-  [controller_ installationFinished:@""];
-  expectReadyForAnotherTry("");
-  EXPECT_TRUE([controller_->installButton isEnabled]);
-}
-
-TEST_F(InstallationInTheWindow, TheQuitDelayCountsAfterAFailureToo) {
-  load({"-sourcePath", product(), "-completionQuit", "250"});
-  [controller_ installationFinished:@"failed"];
-  EXPECT_TRUE(logHas("quit delay: 250.0"));
-}
-
 TEST_F(InstallationInTheWindow, AFailedCopyExplainsItselfAndHowToCopyByHand) {
   const std::string source = product();
   ASSERT_EQ(::mkfifo((source + "/Contents/fifo").c_str(), 0600), 0);
@@ -219,12 +204,6 @@ TEST_F(InstallationInTheWindow, TheReadMePageLeadsToTheInstallPageAndBack) {
   press(controller_->cancelButton);
   EXPECT_EQ(page(), 0);
   EXPECT_FALSE(logHas("Install")) << "nothing was installed on the way";
-}
-
-TEST_F(InstallationInTheWindow, AQuitDelayThatReadsAsNothingLeavesTheWindowOpen) {
-  loadAndPressInstall({"-completionQuit", "soon"});
-  EXPECT_TRUE(logHas("quit delay: 0.0"));
-  EXPECT_FALSE(runUntil([] { return false; }, 0.2));
 }
 
 TEST_F(InstallationInTheWindow, TheApplicationEndsWithItsLastWindow) {

@@ -28,7 +28,8 @@ using Lines = std::vector<std::string>;
 
 class WindowTest : public ::testing::Test {
  protected:
-  WindowTest();
+  // With a session bus where Apple events are to be received.
+  explicit WindowTest(bool withBus = false);
   ~WindowTest() override;
 
   // A product with an information file; its path.
@@ -40,6 +41,10 @@ class WindowTest : public ::testing::Test {
 
   // Runs the application until the condition holds, at most so long.
   bool runUntil(const std::function<bool()>& condition, double seconds = 10);
+
+  // Has requests to end the application counted and refused, where they would end the test program.
+  void refuseToEnd();
+  [[nodiscard]] int requestsToEnd() const;
 
   // Presses a button as the user does, and lets the application answer.
   void press(NSButton* button);

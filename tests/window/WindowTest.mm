@@ -1,15 +1,27 @@
 #import "tests/window/WindowTest.h"
 
+#include <objc/runtime.h>
+
 #include <algorithm>
 
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PrepareApplication.h"
 
 namespace kr::testing {
+namespace {
 
-WindowTest::WindowTest()
+int gRequestsToEnd;
+
+NSApplicationTerminateReply countRequest(id, SEL, NSApplication*) {
+  ++gRequestsToEnd;
+  return NSTerminateCancel;
+}
+
+}  // namespace
+
+WindowTest::WindowTest(bool withBus)
     : processControl_(processes_),
-      desktop_({.display = true, .windowManager = true}),
+      desktop_({.display = true, .windowManager = true, .bus = withBus}),
       home_("HOME", scratch_.folder("home")),
       pool_([[NSAutoreleasePool alloc] init]) {
   folders_.homeFolder = scratch_ / "home";
@@ -69,6 +81,16 @@ bool WindowTest::runUntil(const std::function<bool()>& condition, double seconds
     [pool release];
   }
   return true;
+}
+
+void WindowTest::refuseToEnd() {
+  gRequestsToEnd = 0;
+  class_addMethod([InstallerWinController class], @selector(applicationShouldTerminate:),
+                  reinterpret_cast<IMP>(countRequest), "I@:@");
+}
+
+int WindowTest::requestsToEnd() const {
+  return gRequestsToEnd;
 }
 
 void WindowTest::press(NSButton* button) {
