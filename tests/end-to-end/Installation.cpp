@@ -15,6 +15,7 @@
 
 #include "platform/Paths.h"
 #include "platform/posix/Files.h"
+#include "tests/support/CloseRequest.h"
 #include "tests/support/Eventually.h"
 
 namespace kr::testing {
@@ -86,6 +87,7 @@ std::string Installation::logPath() const {
 void Installation::start(const Lines& arguments, const std::string& program) {
   Lines words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
+  status_.reset();
   installer_.emplace(words);
   ASSERT_TRUE(eventually([&] { return window().has_value(); }, 20))
       << "the installer's window does not appear";
@@ -181,13 +183,34 @@ void Installation::expectFailed(const std::string& line) {
 }
 
 void Installation::expectQuitsOnOK() {
-  std::optional<int> status;
-  for (int attempt = 0; attempt < 30 && !status; ++attempt) {
+  for (int attempt = 0; attempt < 30 && !ends(0); ++attempt) {
     press("Return");
-    status = installer_->wait(1);
+    ends(1);
   }
-  ASSERT_TRUE(status) << "the installer still runs";
-  EXPECT_EQ(*status, 0);
+  expectEnds(0);
+}
+
+bool Installation::ends(double seconds) {
+  if (!status_) status_ = installer_->wait(seconds);
+  return status_.has_value();
+}
+
+double Installation::expectEnds(double seconds) {
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_TRUE(ends(seconds)) << "the installer still runs";
+  EXPECT_EQ(status_.value_or(0), 0);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string Installation::picture() const {
+  const auto id = window();
+  return id ? output("import -window " + *id + " -depth 8 rgb:- 2>/dev/null | md5sum") : std::string();
+}
+
+void Installation::closeWindow() {
+  const auto id = window();
+  ASSERT_TRUE(id);
+  ASSERT_TRUE(requestClose(static_cast<std::uint32_t>(std::stoul(*id))));
 }
 
 void Installation::kill() {

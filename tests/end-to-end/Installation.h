@@ -55,6 +55,18 @@ class Installation : public ::testing::Test {
   // Presses OK and expects the installer to end by itself with status 0.
   void expectQuitsOnOK();
 
+  // Expects the installer to end by itself with status 0 within so many seconds; answers how many it took.
+  double expectEnds(double seconds);
+  // Whether it ends within so many seconds, or has ended.
+  bool ends(double seconds);
+  [[nodiscard]] pid_t installerPID() const { return installer_->pid(); }
+
+  // Closes the installer's window as the user does in its title bar.
+  void closeWindow();
+
+  // The window's contents, as a text that is the same for the same picture; empty without a window.
+  [[nodiscard]] std::string picture() const;
+
   // Lines of the log so far, without the time stamps.
   [[nodiscard]] Lines log() const;
   [[nodiscard]] bool logHas(const std::string& line) const;
@@ -89,6 +101,7 @@ class Installation : public ::testing::Test {
   std::optional<Desktop> desktop_;
   std::vector<Child> launched_;
   std::optional<Child> installer_;
+  std::optional<int> status_;  // how the installer has ended
 };
 
 }  // namespace kr::testing
