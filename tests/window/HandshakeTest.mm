@@ -33,6 +33,24 @@
 
 @end
 
+// Takes events, and raises on one without a text.
+@interface KRTestTarget : NSObject {
+ @public
+  int received;
+  BOOL onMainThread;
+}
+@end
+
+@implementation KRTestTarget
+
+- (void)take:(NSAppleEventDescriptor*)event reply:(NSAppleEventDescriptor*)reply {
+  onMainThread = [NSThread isMainThread];
+  ++received;
+  if (kr::platform::directText(event) == nil) [NSException raise:NSGenericException format:@"no text"];
+}
+
+@end
+
 namespace kr::testing {
 namespace {
 
@@ -266,6 +284,32 @@ TEST_F(HandshakeInTheWindow, AnEventIsTakenWhileAModalPanelIsUp) {
   [NSApp endModalSession:session];
   [panel orderOut:nil];
   EXPECT_EQ(sent.get(), "");
+}
+
+TEST_F(HandshakeInTheWindow, EveryEventHasATargetOfItsOwnWhichALaterOneReplaces) {
+  loadNotes();
+  KRTestTarget* one = [[[KRTestTarget alloc] init] autorelease];
+  KRTestTarget* two = [[[KRTestTarget alloc] init] autorelease];
+  platform::setAppleEventHandler(one, @selector(take:reply:), 1, 2);
+  EXPECT_EQ(send(BusPeer::event(1, 2, {"x"})), "");
+  EXPECT_EQ(one->received, 1);
+  EXPECT_TRUE(one->onMainThread);
+  platform::setAppleEventHandler(two, @selector(take:reply:), 1, 2);
+  EXPECT_EQ(send(BusPeer::event(1, 2, {"x"})), "");
+  EXPECT_EQ(one->received, 1);
+  EXPECT_EQ(two->received, 1);
+  EXPECT_EQ(eventLines(), Lines{}) << "none of them was for the window";
+}
+
+TEST_F(HandshakeInTheWindow, AnExceptionOfATargetIsLoggedAndTheNextEventArrives) {
+  loadNotes();
+  KRTestTarget* target = [[[KRTestTarget alloc] init] autorelease];
+  platform::setAppleEventHandler(target, @selector(take:reply:), 1, 2);
+  EXPECT_EQ(send(BusPeer::event(1, 2, {})), "");
+  EXPECT_TRUE(log_.lines().back().starts_with("EXCEPTION @ Apple event: ")) << log_.lines().back();
+  EXPECT_EQ(sendText("next"), "");
+  EXPECT_EQ(eventLines().size(), 1U);
+  EXPECT_EQ(target->received, 1);
 }
 
 TEST_F(HandshakeInTheWindow, AFloodOfEventsDoesNotHoldTheWindowUp) {
