@@ -73,6 +73,7 @@ kr::InstallerArguments argumentsFrom(NSDictionary* dictionary) {
   if ([self argument:KRInstallerKeySourcePath] != nil) return YES;
   const auto application = kr::enclosingApplication(kr::platform::services().program->bundlePath());
   if (!application) {
+    [self playDoneSound];
     [self showSetupError:@"missing source path"];
     return NO;
   }

@@ -191,3 +191,11 @@
 - (void)showFinalMessage:(NSString*)format;
 
 @end
+
+// The sound at the end.
+@interface InstallerWinController (Sound)
+
+// Plays it when "completionSound" is "YES", as loud and where alerts are played. Returns at once.
+- (void)playDoneSound;
+
+@end

@@ -20,6 +20,7 @@ Services systemServices() noexcept {
   return {.alerts = &systemAlerts(),
           .appleEvents = &systemAppleEvents(),
           .applications = &systemApplications(),
+          .audioDevices = &systemAudioDevices(),
           .clock = &systemClock(),
           .files = &systemFileOperations(),
           .log = &systemLog(),

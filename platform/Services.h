@@ -11,6 +11,7 @@ namespace kr::platform {
 class Alerts;
 class AppleEvents;
 class Applications;
+class AudioDevices;
 class Clock;
 class FileOperations;
 class LogSink;
@@ -27,6 +28,7 @@ struct Services {
   Alerts* alerts;
   AppleEvents* appleEvents;
   Applications* applications;
+  AudioDevices* audioDevices;
   Clock* clock;
   FileOperations* files;
   LogSink* log;

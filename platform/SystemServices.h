@@ -10,6 +10,7 @@ namespace kr::platform {
 [[nodiscard]] Alerts& systemAlerts() noexcept;
 [[nodiscard]] AppleEvents& systemAppleEvents() noexcept;
 [[nodiscard]] Applications& systemApplications() noexcept;
+[[nodiscard]] AudioDevices& systemAudioDevices() noexcept;
 [[nodiscard]] Clock& systemClock() noexcept;
 [[nodiscard]] FileOperations& systemFileOperations() noexcept;
 [[nodiscard]] LogSink& systemLog() noexcept;
