@@ -4,10 +4,15 @@
 // NSSound is GNUstep's.
 #import <AppKit/AppKit.h>
 
+#include <array>
+
 #import "platform/gnustep/SoundSink.h"
 #import "platform/gnustep/SoundSource.h"
 
 namespace {
+
+// The condition under which a sound that was started is not paused.
+constexpr NSInteger kMayPlay = 1;
 
 // Sounds by name. A sound that has a name is kept.
 NSMutableDictionary* gNamed;
@@ -36,6 +41,13 @@ NSString* soundFile(NSString* name, NSString* (*find)(NSString*, NSString*)) {
 }  // namespace
 
 @interface NSSound (KRPlayback)
+- (void)_stream;
+- (BOOL)playToTheEnd;
+@end
+
+// A method of GNUstep's: the sound has ended and can be played again. Main thread.
+@interface NSSound (KREnd)
+- (void)_finished:(NSNumber*)whole;
 @end
 
 #pragma clang diagnostic push
@@ -106,6 +118,37 @@ NSString* soundFile(NSString* name, NSString* (*find)(NSString*, NSString*)) {
     [gNamed setObject:self forKey:_name];
     return YES;
   }
+}
+
+// The thread that -play starts. GNUstep's has no autorelease pool, waits for the main thread at the end, and
+// plays a repeated sound for ever on a server that is gone.
+- (void)_stream {
+  @autoreleasepool {
+    const BOOL whole = [_sink open] && [self playToTheEnd];
+    [self performSelectorOnMainThread:@selector(_finished:)
+                           withObject:[NSNumber numberWithBool:whole]
+                        waitUntilDone:NO];
+  }
+}
+
+// Whether it got there: it was not stopped, and the server took all of it.
+- (BOOL)playToTheEnd {
+  KRSoundSink* sink = static_cast<KRSoundSink*>(_sink);
+  std::array<float, 4096> samples;
+  bool taken = true;
+  do {
+    for (NSUInteger size = 1; size > 0 && taken && !_shouldStop;) {
+      [_readLock lockWhenCondition:kMayPlay];
+      size = _shouldStop ? 0 : [_source readBytes:samples.data() length:sizeof samples];
+      [_readLock unlock];
+      if (size > 0) taken = [sink playBytes:samples.data() length:size];
+    }
+    [_source setCurrentTime:0];
+  } while (_shouldLoop && taken && !_shouldStop && [_source duration] > 0);
+  const bool whole = taken && !_shouldStop;
+  if (whole) [sink finish];
+  [sink close];
+  return whole;
 }
 
 // GNUstep's wait until the sound server has taken what is being written.

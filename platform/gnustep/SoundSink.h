@@ -20,4 +20,8 @@
   std::mutex mutex;
   std::optional<std::string> device;
 }
+
+// Waits until all that was played has been heard; without it, closing drops the rest.
+- (void)finish;
+
 @end

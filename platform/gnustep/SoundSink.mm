@@ -38,8 +38,11 @@
   return playback.open(format, wanted);
 }
 
-- (void)close {
+- (void)finish {
   playback.finish();
+}
+
+- (void)close {
   playback.close();
 }
 
