@@ -59,13 +59,14 @@ SoundServer::SoundServer(const SoundServerParts& parts) : address_("unix:" + (fo
   server_ = Child({"pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
                    "--high-priority=no", "--realtime=no", "--disable-shm=yes",
                    "--log-target=file:" + (folder_ / "log"), "--file=" + file});
-  if (!eventually([&] { return !list("modules").empty(); }, kLongestStart)) {
+  const auto answers = [] { return !output("timeout 5 pactl info 2>/dev/null").empty(); };
+  if (!eventually(answers, kLongestStart)) {
     throw std::runtime_error("pulseaudio did not start");
   }
 }
 
-std::string SoundServer::list(const std::string& kind) const {
-  return output("timeout 5 pactl list short " + kind + " 2>/dev/null");
+std::string SoundServer::inputs() const {
+  return output("timeout 5 pactl --server=" + address_ + " list sink-inputs 2>/dev/null");
 }
 
 void SoundServer::hang() {

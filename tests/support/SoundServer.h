@@ -31,8 +31,8 @@ class SoundServer {
   // "unix:/path": what PULSE_SERVER says.
   [[nodiscard]] const std::string& address() const { return address_; }
 
-  // What the server says about itself ("pactl list short sink-inputs" and the like).
-  [[nodiscard]] std::string list(const std::string& kind) const;
+  // What the server says about the sounds that play.
+  [[nodiscard]] std::string inputs() const;
 
   // Ends it as if it had crashed; makes it hang, as if it had been stopped, and go on again.
   void stop() { server_.stop(); }
