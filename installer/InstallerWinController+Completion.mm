@@ -28,6 +28,7 @@
     [checkmarkField setHidden:NO];
     [cancelButton setHidden:YES];
     [cancelButton setEnabled:NO];
+    if (![[NSUserDefaults standardUserDefaults] boolForKey:@"nosound"]) [self playDoneSound];
   }
   [installButton setEnabled:YES];
   [self animateProgress:nil];
