@@ -21,6 +21,7 @@ Services systemServices() noexcept {
           .appleEvents = &systemAppleEvents(),
           .applications = &systemApplications(),
           .audioDevices = &systemAudioDevices(),
+          .authorization = &systemAuthorization(),
           .clock = &systemClock(),
           .files = &systemFileOperations(),
           .log = &systemLog(),

@@ -12,6 +12,7 @@ class Alerts;
 class AppleEvents;
 class Applications;
 class AudioDevices;
+class Authorization;
 class Clock;
 class FileOperations;
 class LogSink;
@@ -29,6 +30,7 @@ struct Services {
   AppleEvents* appleEvents;
   Applications* applications;
   AudioDevices* audioDevices;
+  Authorization* authorization;
   Clock* clock;
   FileOperations* files;
   LogSink* log;

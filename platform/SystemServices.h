@@ -11,6 +11,7 @@ namespace kr::platform {
 [[nodiscard]] AppleEvents& systemAppleEvents() noexcept;
 [[nodiscard]] Applications& systemApplications() noexcept;
 [[nodiscard]] AudioDevices& systemAudioDevices() noexcept;
+[[nodiscard]] Authorization& systemAuthorization() noexcept;
 [[nodiscard]] Clock& systemClock() noexcept;
 [[nodiscard]] FileOperations& systemFileOperations() noexcept;
 [[nodiscard]] LogSink& systemLog() noexcept;

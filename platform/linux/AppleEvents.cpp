@@ -38,11 +38,6 @@ std::optional<AppleEventError> failed(std::int32_t status) {
   return AppleEventError{AppleEventError::Step::send, status};
 }
 
-struct FreeVariant {
-  void operator()(GVariant* variant) const { ::g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, FreeVariant>;
-
 // A text by itself and a list of one text are the same here (AppleEventBus.h).
 GVariant* arguments(const AppleEvent& event) {
   GVariantBuilder texts;
@@ -113,7 +108,7 @@ std::optional<AppleEventError> sendOnly(GDBusConnection* bus, const AppleEvent& 
     const glib::Error error(raw);
     return failed(kConnectionInvalid);
   }
-  const Variant answer(::g_dbus_connection_call_sync(
+  const glib::Variant answer(::g_dbus_connection_call_sync(
       bus, kBusName, kBusPath, kBusName, "NameHasOwner", ::g_variant_new("(s)", receiver.c_str()),
       G_VARIANT_TYPE("(b)"), G_DBUS_CALL_FLAGS_NONE, kBusMilliseconds, nullptr, nullptr));
   if (!answer) return failed(kConnectionInvalid);

@@ -1,4 +1,4 @@
-// Owns GLib's errors, strings and objects.
+// Owns GLib's errors, strings, values and objects.
 #pragma once
 
 #include <gio/gio.h>
@@ -19,6 +19,9 @@ struct FreeError {
 struct FreeKeyFile {
   void operator()(GKeyFile* file) const { g_key_file_free(file); }
 };
+struct FreeVariant {
+  void operator()(GVariant* variant) const { g_variant_unref(variant); }
+};
 struct Unref {
   void operator()(void* object) const { g_object_unref(object); }
 };
@@ -26,6 +29,7 @@ struct Unref {
 using String = std::unique_ptr<char, FreeString>;
 using Strings = std::unique_ptr<char*, FreeStrings>;
 using Error = std::unique_ptr<GError, FreeError>;
+using Variant = std::unique_ptr<GVariant, FreeVariant>;
 using KeyFile = std::unique_ptr<GKeyFile, FreeKeyFile>;
 template <class Type>
 using Object = std::unique_ptr<Type, Unref>;

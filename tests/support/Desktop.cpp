@@ -102,6 +102,7 @@ ScopedVariable::~ScopedVariable() {
 Desktop::Desktop(DesktopParts parts) {
   // Without it the bus would be looked for in the user's own session.
   runtimeVariable_.emplace("XDG_RUNTIME_DIR", folder_.path());
+  systemBusVariable_.emplace("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + folder_ / "no-system-bus");
   if (parts.bus) startBus();
   busVariable_.emplace("DBUS_SESSION_BUS_ADDRESS", parts.bus ? std::optional(busAddress_) : std::nullopt);
   if (parts.display) startDisplay();

@@ -1,6 +1,7 @@
 // A desktop of the test's own: an X server without a screen, and with it a window manager and a session bus
 // where they are asked for. For its lifetime DISPLAY and DBUS_SESSION_BUS_ADDRESS lead there; afterwards they
-// are what they were. A part that was not asked for is not there: the variable is unset.
+// are what they were. A part that was not asked for is not there: the variable is unset. Neither is the
+// system's message bus: nothing here asks the machine's user for a password.
 //
 //   Desktop desktop({.windowManager = true, .bus = true});
 #pragma once
@@ -56,6 +57,7 @@ class Desktop {
   std::optional<ScopedVariable> displayVariable_;
   std::optional<ScopedVariable> busVariable_;
   std::optional<ScopedVariable> runtimeVariable_;
+  std::optional<ScopedVariable> systemBusVariable_;
   // Ended in the opposite order, so that nothing outlives the server it talks to.
   Child bus_;
   Child server_;

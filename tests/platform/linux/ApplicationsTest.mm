@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -129,6 +130,7 @@ TEST_F(DesktopApplications, ADocumentGoesToTheDefaultApplicationOfItsType) {
   const std::string document = scratch_.file("Read Me.txt", "plain words\n");
   applications_.openInBackground(document);
   EXPECT_EQ(started(), document);
+  EXPECT_EQ(::wait(nullptr), -1) << "it is no child of the caller";
 }
 
 class AddressHandler : public DesktopApplications {
