@@ -15,6 +15,8 @@ namespace {
 
 NSString* gInstallationInProgress;
 
+constexpr NSUInteger kOptionModifier = 0x80000;
+
 }  // namespace
 
 @implementation InstallerWinController (Installing)
@@ -71,6 +73,47 @@ NSString* gInstallationInProgress;
   return [text stringByAppendingFormat:@"\r%@", hint];
 }
 
+- (void)addCurrentModifiersTo:(NSMutableArray*)list {
+  [list addObject:[NSNumber numberWithUnsignedInteger:[[NSApp currentEvent] modifierFlags]]];
+}
+
+// Whether the user holds Option on Install. The event is asked on the main thread, which may let go of it at
+// any time.
+- (BOOL)isAuthorizationEnforced {
+  NSMutableArray* modifiers = [NSMutableArray array];
+  [self performSelectorOnMainThread:@selector(addCurrentModifiersTo:) withObject:modifiers waitUntilDone:YES];
+  return ([[modifiers lastObject] unsignedIntegerValue] & kOptionModifier) != 0;
+}
+
+// The two copies answer nil, or the key of a failure text.
+- (NSString*)copyTo:(NSString*)destination {
+  switch (kr::InstallApplication(toBytes([self argument:KRInstallerKeySourcePath]), toBytes(destination),
+                                 kr::toOptionalBytes([self argument:KRInstallerKeyWrapperPath]))) {
+    case kr::kInstalled:
+      return nil;
+    case kr::kExistingCopyNotTrashed:
+      return @"Could not delete existing copy.";
+    default:
+      return @"Installation failed.";
+  }
+}
+
+- (NSString*)copyWithAuthorizationTo:(NSString*)destination {
+  BOOL canceled = NO;
+  if ([self authorizedInstall:[self argument:KRInstallerKeySourcePath]
+                           to:destination
+                         wrap:[self argument:KRInstallerKeyWrapperPath]
+                     canceled:&canceled]) {
+    return nil;
+  }
+  if (canceled) {
+    kr::log("User canceled authorization");
+    return @"";
+  }
+  kr::log("ERROR -- Could not copy myself to /Applications with authorization");
+  return @"Authorized copying failed.";
+}
+
 - (NSString*)installMyselfInDestination {
   NSString* destination = [self argument:KRInstallerKeyDestinationPath];
   const BOOL writable = [self canWriteToPath:destination];
@@ -78,19 +121,11 @@ NSString* gInstallationInProgress;
       setInstallationInProgress:[NSString stringWithFormat:@"%@ %@",
                                                            [self argument:KRInstallerKeyProductName],
                                                            [self argument:KRInstallerKeyVersion]]];
-  if (!writable) {
-    kr::log("ERROR -- Could not copy myself to /Applications with authorization");
-    return @"Authorized copying failed.";
-  }
-  switch (kr::InstallApplication(toBytes([self argument:KRInstallerKeySourcePath]), toBytes(destination),
-                                 kr::toOptionalBytes([self argument:KRInstallerKeyWrapperPath]))) {
-    case kr::kInstalled:
-      break;
-    case kr::kExistingCopyNotTrashed:
-      return @"Could not delete existing copy.";
-    default:
-      return @"Installation failed.";
-  }
+  const BOOL enforced = [self isAuthorizationEnforced];
+  if (enforced) kr::log("enforcing authorization");
+  NSString* failure =
+      writable && !enforced ? [self copyTo:destination] : [self copyWithAuthorizationTo:destination];
+  if (failure != nil) return failure;
   kr::log("successfully copied");
   @try {
     kr::platform::services().applications->noteFileSystemChanged(toBytes(destination));

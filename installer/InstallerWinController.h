@@ -153,11 +153,28 @@
 // Body of the thread: quit, copy, launch; hands the result to installationFinished: on the main thread.
 - (void)installThread;
 
-// nil when the product is in place, else the key of a failure text.
+// nil when the product is in place, the empty text when the user has dismissed the password dialog, else the
+// key of a failure text.
 - (NSString*)installMyselfInDestination;
+
+// Has animateProgress: called on the main thread; does not wait for it.
+- (void)animateOnMainThread:(NSString*)start;
 
 // "%@ %@" of product name and version, set when a copy starts and kept; nil before the first. Any thread.
 + (NSString*)installationInProgress;
+
+@end
+
+// The copy with administrator rights. Install thread.
+@interface InstallerWinController (PrivilegedCopy)
+
+// Asks the user for administrator rights and has the tool "train" of the application's bundle copy with them.
+// Whether the product is in place. `wrapper` may be nil. `canceled` may be null; it receives whether the user
+// has dismissed the dialog.
+- (BOOL)authorizedInstall:(NSString*)source
+                       to:(NSString*)destination
+                     wrap:(NSString*)wrapper
+                 canceled:(BOOL*)canceled;
 
 @end
 
