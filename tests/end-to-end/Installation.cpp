@@ -130,10 +130,24 @@ void Installation::press(const std::string& key) {
   (void)std::system((command + " 2>/dev/null").c_str());
 }
 
+void Installation::clickInstallWithOption() {
+  const auto id = window();
+  ASSERT_TRUE(id);
+  // The button lies in the lower right corner of a window that has one size.
+  const std::string command =
+      "timeout 5 xdotool windowactivate --sync " + *id + " mousemove --window " + *id +
+      " 486 367 sleep 0.2 keydown Alt_L sleep 0.1 mousedown 1 sleep 0.1 mouseup 1 sleep 0.5" + " keyup Alt_L";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+}
+
 void Installation::install(const std::string& product, const std::string& destination, const Lines& more) {
   Lines arguments{"-sourcePath", product, "-destinationPath", destination};
   arguments.insert(arguments.end(), more.begin(), more.end());
   start(arguments);
+  pressInstall();
+}
+
+void Installation::pressInstall() {
   expectLine("Updated arguments: ");
   // The first key may come before the window manager has given the window the focus. A lock that a killed
   // program of the toolkit has left can hold the application up for much longer.

@@ -42,8 +42,14 @@ class Installation : public ::testing::Test {
   [[nodiscard]] std::optional<int> ended(double seconds = 15) { return installer_->wait(seconds); }
   void signal(int number) { installer_->signal(number); }
 
+  // Clicks Install while Option is held.
+  void clickInstallWithOption();
+
   // Starts the installer on a product and presses Install.
   void install(const std::string& product, const std::string& destination, const Lines& more = {});
+
+  // Waits for the window to be set up, and presses Install until the installation begins.
+  void pressInstall();
 
   // Waits for a line of the log that begins with the text; fails the test when none comes.
   void expectLine(const std::string& beginning, double seconds = 30);
@@ -70,6 +76,9 @@ class Installation : public ::testing::Test {
   // Lines of the log so far, without the time stamps.
   [[nodiscard]] Lines log() const;
   [[nodiscard]] bool logHas(const std::string& line) const;
+
+  // Process ID of the installer.
+  [[nodiscard]] pid_t installer() const { return installer_->pid(); }
 
   // Kills the installer without warning.
   void kill();
