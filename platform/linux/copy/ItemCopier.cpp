@@ -17,7 +17,7 @@ constexpr Problem kSpecialFile{"copy special file", ENOTSUP};
 
 }  // namespace
 
-Outcome ItemCopier::copy(Kind kind, const Place& source, const Place& destination, const std::string& above,
+Outcome ItemCopier::copy(Kind kind, const Place& source, const Place& destination, const PathOf& above,
                          Buffer& buffer) {
   switch (kind) {
     case Kind::file:
@@ -29,7 +29,7 @@ Outcome ItemCopier::copy(Kind kind, const Place& source, const Place& destinatio
   }
 }
 
-Outcome ItemCopier::copyFile(const Place& source, const Place& destination, const std::string& above,
+Outcome ItemCopier::copyFile(const Place& source, const Place& destination, const PathOf& above,
                              Buffer& buffer) {
   // A FIFO that takes the place of a file must not hold this up.
   const FileDescriptor file(::openat(source.folder, source.name.c_str(),
@@ -48,7 +48,7 @@ Outcome ItemCopier::copyFile(const Place& source, const Place& destination, cons
   };
   if (status.st_nlink > 1) {
     const auto made =
-        links_.linkOrCreate(status, destination.folder, destination.name, above + destination.name, create);
+        links_.linkOrCreate(status, destination.folder, destination.name, above() + destination.name, create);
     if (made == HardLinks::Made::link) return std::nullopt;
   } else {
     (void)create();
@@ -64,7 +64,7 @@ Outcome ItemCopier::copyFile(const Place& source, const Place& destination, cons
   return std::nullopt;
 }
 
-Outcome ItemCopier::copyLink(const Place& source, const Place& destination, const std::string& above) {
+Outcome ItemCopier::copyLink(const Place& source, const Place& destination, const PathOf& above) {
   struct stat status {};
   if (::fstatat(source.folder, source.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
     return problem("look at");
@@ -77,7 +77,7 @@ Outcome ItemCopier::copyLink(const Place& source, const Place& destination, cons
   };
   if (status.st_nlink > 1) {
     const auto made =
-        links_.linkOrCreate(status, destination.folder, destination.name, above + destination.name, create);
+        links_.linkOrCreate(status, destination.folder, destination.name, above() + destination.name, create);
     if (made == HardLinks::Made::link) return std::nullopt;
     if (made == HardLinks::Made::nothing) return problem("create link", Side::destination);
   } else if (!create()) {

@@ -1,6 +1,7 @@
 // Copies single files and links from one open folder into another. Any thread; each with a buffer of its own.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/linux/copy/Attributes.h"
@@ -17,6 +18,9 @@ struct Place {
   const std::string& name;
 };
 
+// Tells the path of a folder. Hardly an item needs one.
+using PathOf = std::function<std::string()>;
+
 class ItemCopier {
  public:
   // `root` is the open folder of the new tree.
@@ -29,15 +33,15 @@ class ItemCopier {
 
   [[nodiscard]] const Creator& creator() const noexcept { return creator_; }
 
-  // Copies an item to a name that is not taken. `above` is the path of the folder that gets it, below the new
-  // tree's root and with a slash at the end unless it is the root. Only files and links can be copied, so
+  // Copies an item to a name that is not taken. `above` tells the path of the folder that gets it, below the
+  // new tree's root and with a slash at the end unless it is the root. Only files and links can be copied, so
   // anything else is a failure (ENOTSUP), also when the item has become it since its kind was found out.
-  [[nodiscard]] Outcome copy(Kind kind, const Place& source, const Place& destination,
-                             const std::string& above, Buffer& buffer);
+  [[nodiscard]] Outcome copy(Kind kind, const Place& source, const Place& destination, const PathOf& above,
+                             Buffer& buffer);
 
  private:
-  Outcome copyFile(const Place& source, const Place& destination, const std::string& above, Buffer& buffer);
-  Outcome copyLink(const Place& source, const Place& destination, const std::string& above);
+  Outcome copyFile(const Place& source, const Place& destination, const PathOf& above, Buffer& buffer);
+  Outcome copyLink(const Place& source, const Place& destination, const PathOf& above);
 
   Creator creator_ = Creator::current();
   Rights rights_;

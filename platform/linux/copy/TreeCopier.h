@@ -46,9 +46,20 @@ class TreeCopier {
   [[nodiscard]] std::optional<Failure> copyItem(Kind kind, const Place& source, const std::string& name);
 
  private:
-  // A folder that is being filled. Whoever does the last thing in it gives it its attributes.
+  // A folder that is being filled. Whoever does the last thing in it gives it its attributes. It knows its
+  // way up instead of its path: the paths of a deep tree together are long.
   struct Folder {
-    std::string path;  // below the root, with a slash at the end
+    Folder(std::shared_ptr<Folder> folderAbove, std::string ownName)
+        : above(std::move(folderAbove)), name(std::move(ownName)) {}
+    ~Folder();
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    // Below the root, with a slash at the end; empty for the root.
+    [[nodiscard]] std::string path() const;
+
+    std::shared_ptr<Folder> above;  // none for the root
+    const std::string name;
     Attributes attributes;
     SharedFolder destination;                 // when the walk has left it
     std::atomic<std::size_t> unfinished = 1;  // items, and the walk itself
@@ -67,7 +78,8 @@ class TreeCopier {
 
   // The walk; each ends at the first failure.
   void walk(posix::FileDescriptor source);
-  void enter(posix::FileDescriptor source, posix::FileDescriptor destination, std::string path);
+  void enter(posix::FileDescriptor source, posix::FileDescriptor destination,
+             const std::shared_ptr<Folder>& folder);
   void enterChild(const std::string& name);
   void leave();
   void addItems(const std::shared_ptr<Folder>& folder, std::vector<Item> items);

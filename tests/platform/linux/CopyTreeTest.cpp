@@ -6,7 +6,6 @@
 #include <linux/fiemap.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -380,51 +379,6 @@ TEST_F(CopyTree, RefusesADestinationInsideTheSource) {
     EXPECT_EQ(failure->text(), "copy a folder into itself, to " + path + ": Invalid argument");
   }
   EXPECT_EQ(fileTree(source_), before);
-}
-
-TEST_F(CopyTree, GoesDeeperThanAPathMayBeLongOrDescriptorsMayBeOpen) {
-  constexpr int kDepth = 2000;
-  int at = ::open(source_.c_str(), O_RDONLY | O_DIRECTORY);
-  for (int level = 0; level < kDepth; ++level) {
-    ASSERT_EQ(::mkdirat(at, "level", 0755), 0);
-    const int next = ::openat(at, "level", O_RDONLY | O_DIRECTORY);
-    ::close(at);
-    at = next;
-  }
-  ::close(::openat(at, "bottom", O_WRONLY | O_CREAT, 0644));
-  ASSERT_EQ(::linkat(at, "bottom", at, "second", 0), 0);
-  ::close(at);
-  const int status = inChild([&] {
-    const rlimit few{64, 64};
-    ::setrlimit(RLIMIT_NOFILE, &few);
-    return copyTree(source_, destination_) ? 1 : 0;
-  });
-  ASSERT_EQ(status, 0);
-  at = ::open(destination_.c_str(), O_RDONLY | O_DIRECTORY);
-  for (int level = 0; level < kDepth; ++level) {
-    const int next = ::openat(at, "level", O_RDONLY | O_DIRECTORY);
-    ASSERT_GE(next, 0) << level;
-    ::close(at);
-    at = next;
-  }
-  struct stat bottom {};
-  EXPECT_EQ(::fstatat(at, "bottom", &bottom, 0), 0);
-  EXPECT_EQ(bottom.st_nlink, 2U);
-  ::close(at);
-}
-
-TEST_F(CopyTree, TakesAHundredThousandEntriesInOneFolder) {
-  constexpr int kEntries = 100000;
-  const std::string inner = folder("many");
-  const int at = ::open(inner.c_str(), O_RDONLY | O_DIRECTORY);
-  const std::string first = file("many/first", "x");
-  for (int number = 1; number < kEntries; ++number) {
-    // Links are quicker to make than files, and no less entries.
-    ASSERT_EQ(::symlinkat("first", at, ("entry" + std::to_string(number)).c_str()), 0);
-  }
-  ::close(at);
-  ASSERT_FALSE(copyTree(source_, destination_));
-  EXPECT_EQ(files::entries(destination_ + "/many")->size(), static_cast<std::size_t>(kEntries));
 }
 
 }  // namespace
