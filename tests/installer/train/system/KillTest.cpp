@@ -1,6 +1,7 @@
 // Killed or failing at any step, the tool leaves the old product or the new one, each whole; the next run
 // clears up.
 #include <errno.h>
+#include <fcntl.h>
 #include <signal.h>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -161,8 +162,10 @@ TEST_F(TrainStopped, KilledAtAnyMomentItLeavesAWholeProduct) {
 
 TEST_F(TrainStopped, LeavesTheHiddenFoldersOfOthers) {
   const std::string name = ".velmora-replace-0123456789abcde";
-  scratch_.file("to/" + name + "0/something else", "stays");  // holds what the tool never puts there
-  scratch_.file("to/" + name + "g/item/file", "stays");       // is no such name
+  // Holds what the tool never puts there.
+  scratch_.file("to/" + name + "0/something else", "stays");
+  scratch_.file("to/" + name + "0/item/file", "stays");
+  scratch_.file("to/" + name + "g/item/file", "stays");  // is no such name
   scratch_.file("to/" + name + "/item/file", "stays");
   scratch_.folder("target/item");
   ASSERT_EQ(::symlink((scratch_ / "target").c_str(), (to_ + "/" + name + "1").c_str()), 0);
@@ -172,6 +175,28 @@ TEST_F(TrainStopped, LeavesTheHiddenFoldersOfOthers) {
   EXPECT_EQ(std::erase(after, "P.app"), 1U);
   EXPECT_EQ(after, before);
   EXPECT_EQ(entries(scratch_ / "target"), Lines{"item"});
+  EXPECT_EQ(readFile(to_ + "/" + name + "0/item/file"), "stays");
+}
+
+TEST_F(TrainStopped, UsesNoHiddenFolderOfAnotherUser) {
+  const std::string leftover = scratch_.folder("to/.velmora-replace-0123456789abcdef/item");
+  const std::string folder = scratch_.folder("to/other");
+  if (::chown(folder.c_str(), 1234, 1234) != 0) GTEST_SKIP() << "only root can give a folder away";
+  ASSERT_EQ(::chown((to_ + "/.velmora-replace-0123456789abcdef").c_str(), 1234, 1234), 0);
+  // Put in place of the tool's own when that has just been made.
+  bool isMade = false;
+  const auto status =
+      runWatched({newSource_, destination_}, {SYS_mkdirat, SYS_openat}, [&](const WatchedCall& call) {
+        if (std::exchange(isMade, call.number == SYS_mkdirat) && call.number == SYS_openat) {
+          EXPECT_EQ(::renameat2(AT_FDCWD, (to_ + "/" + call.path()).c_str(), AT_FDCWD, folder.c_str(),
+                                RENAME_EXCHANGE),
+                    0);
+        }
+        return Verdict::pass();
+      });
+  EXPECT_EQ(status, Status::copyFailed) << errors;
+  EXPECT_FALSE(files::itemExists(destination_));
+  EXPECT_TRUE(files::itemExists(leftover));
 }
 
 TEST_F(TrainStopped, LeavesTheHiddenFolderOfARunThatIsUnderWay) {
