@@ -124,6 +124,27 @@ TEST_F(SoundFileTest, NoChangeOfAByteInTheHeaderIsHarmful) {
   }
 }
 
+TEST_F(SoundFileTest, APartThatSaysItIsLargerThanTheFileIsHarmless) {
+  for (const std::string& size : {std::string("\x00\x00\x01\x00", 4), std::string("\xF0\xFF\xFF\x7F", 4),
+                                  std::string("\xFF\xFF\xFF\xFF", 4)}) {
+    for (const char* part : {"LIST", "junk", "fact", "cue ", "smpl", "bext", "data"}) {
+      const std::string whole = waveFile({.seconds = 0.01});
+      const std::string bytes = whole.substr(0, 36) + part + size + whole.substr(36);
+      const auto file = open(bytes);
+      if (file) EXPECT_LE(all(*file).size(), 1'000U) << part;
+    }
+  }
+  for (const std::string_view kind :
+       {std::string_view("FORM\xFF\xFF\xFF\xFF"
+                         "AIFFCOMM"),
+        std::string_view(".snd\xFF\xFF\xFF\xF0"), std::string_view("RIFF\xFF\xFF\xFF\xFFWAVEfmt "),
+        std::string_view("OggS"), std::string_view("fLaC"), std::string_view("caff\0\1\0\0desc", 12),
+        std::string_view("ID3\4\0\0\x7F\x7F\x7F\x7F", 10)}) {
+    const auto file = open(std::string(kind) + std::string(1000, '\xFF'));
+    if (file) EXPECT_LE(all(*file).size(), 1'000'000U) << kind;
+  }
+}
+
 TEST_F(SoundFileTest, TheExtensionsAreThoseOfWhatTheApplicationPlays) {
   const auto extensions = SoundFile::extensions();
   for (const std::string_view one : {"wav", "aiff", "mp3", "ogg", "flac"}) {

@@ -31,7 +31,9 @@ using Lines = std::vector<std::string>;
 
 class Playback : public ::testing::Test {
  protected:
-  Playback() : scope_(set()) {}
+  // The run loop is there before any other thread is, as in an application: on GNUstep, a thread that asks
+  // for something on the main thread while the first run loop is being made can stop both.
+  Playback() : scope_(set()) { (void)[NSRunLoop currentRunLoop]; }
   ~Playback() override { [pool_ release]; }
 
   // Not owned.
