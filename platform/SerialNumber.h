@@ -2,6 +2,7 @@
 // ID alone is handed out again after its process has ended; a serial number is not.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 namespace kr::platform {
@@ -10,7 +11,7 @@ struct SerialNumber {
   std::uint32_t high = 0;
   std::uint32_t low = 0;
 
-  friend bool operator==(SerialNumber, SerialNumber) = default;
+  friend auto operator<=>(SerialNumber, SerialNumber) = default;
 };
 
 }  // namespace kr::platform

@@ -27,6 +27,7 @@ Services systemServices() noexcept {
           .log = &systemLog(),
           .loginItems = &systemLoginItems(),
           .processControl = &systemProcessControl(),
+          .processEvents = &systemProcessEvents(),
           .processes = &systemProcessTable(),
           .program = &systemProgram(),
           .folders = &systemStandardFolders(),

@@ -18,6 +18,7 @@ class FileOperations;
 class LogSink;
 class LoginItems;
 class ProcessControl;
+class ProcessEvents;
 class ProcessTable;
 class Program;
 class StandardFolders;
@@ -36,6 +37,7 @@ struct Services {
   LogSink* log;
   LoginItems* loginItems;
   ProcessControl* processControl;
+  ProcessEvents* processEvents;
   ProcessTable* processes;
   Program* program;
   StandardFolders* folders;

@@ -17,6 +17,7 @@ namespace kr::platform {
 [[nodiscard]] LogSink& systemLog() noexcept;
 [[nodiscard]] LoginItems& systemLoginItems() noexcept;
 [[nodiscard]] ProcessControl& systemProcessControl() noexcept;
+[[nodiscard]] ProcessEvents& systemProcessEvents() noexcept;
 [[nodiscard]] ProcessTable& systemProcessTable() noexcept;
 [[nodiscard]] Program& systemProgram() noexcept;
 [[nodiscard]] StandardFolders& systemStandardFolders() noexcept;

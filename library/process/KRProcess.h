@@ -18,6 +18,11 @@ extern NSString* const KRPlatformCocoa;
 extern NSString* const KRPlatformCarbon;
 extern NSString* const KRPlatformJava;
 
+// An application was launched, has quit, or another one has come to the front. Object: the class KRProcess.
+// The value of "change" is "started", "ended", "front" or, for what is none of these, empty. Posted on the
+// main thread when it next idles; while one waits to be posted, further ones are left out.
+extern NSString* const KRProcessChangeNotification;
+
 @interface KRProcess : NSObject {
   kr::platform::SerialNumber psn;
   NSDictionary* infoDictionary;
@@ -174,14 +179,14 @@ extern NSString* const KRPlatformJava;
 
 @end
 
-// An application was launched, has quit or has come to the front. Posted by nobody yet.
-extern NSString* const KRProcessChangeNotification;
-
-// Launches and quits. The system's launch and quit events are not watched yet: +installNotifications only
-// records that it was called, and +applicationStarted and +applicationEnded are called by nobody but tests.
+// Launches and quits. The notifications and the counter are served by the main thread's run loop: where it
+// does not run, nothing is told. On Linux an application is known from its first window, one without windows
+// when a lookup comes across it.
 @interface KRProcess (Notifications)
 
+// Starts watching, once per program; every lookup does it. Any thread.
 + (void)installNotifications;
+// What the watch does on a launch (counts) and on a quit (cleans the cache up and counts).
 + (void)applicationStarted;
 + (void)applicationEnded;
 // Grows with every launch and quit: the process list may have changed when it differs from an earlier value.

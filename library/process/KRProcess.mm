@@ -3,6 +3,7 @@
 #include "library/process/DiagnosticsList.h"
 #import "library/process/KRProcess+Private.h"
 #include "library/process/SignatureText.h"
+#include "platform/ProcessEvents.h"
 #include "platform/ProcessTable.h"
 #include "platform/Services.h"
 #include "platform/WindowOrder.h"
@@ -65,6 +66,8 @@ std::optional<std::string> nameForLog(KRProcess* process) {
   if (process != nil) return process;
   process = [[[self alloc] initWithSerialNumber:serialNumber] autorelease];
   [process addToCache];
+  // Whether or not the system has told of it, the cache has to learn of its end.
+  kr::platform::services().processEvents->learn(serialNumber);
   return process;
 }
 

@@ -25,6 +25,9 @@ class ProcessHandle {
   // Also true of a process that has ended but was not reaped yet.
   [[nodiscard]] bool hasEnded() const;
 
+  // Can be read once the process has ended. It is closed with the handle.
+  [[nodiscard]] int descriptor() const { return descriptor_.get(); }
+
  private:
   explicit ProcessHandle(posix::FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
 

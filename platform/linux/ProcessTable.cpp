@@ -19,12 +19,6 @@
 namespace kr::platform {
 namespace {
 
-struct ByWords {
-  bool operator()(SerialNumber one, SerialNumber other) const {
-    return std::pair(one.high, one.low) < std::pair(other.high, other.low);
-  }
-};
-
 std::optional<ProcessLocation> location(pid_t pid) {
   std::optional<std::string> executable = procfs::executable(pid);
   if (!executable) return std::nullopt;
@@ -151,13 +145,13 @@ class ProcTable final : public ProcessTable {
   }
 
   void forgetAllBut(const std::vector<SerialNumber>& running) {
-    const std::set<SerialNumber, ByWords> keep(running.begin(), running.end());
+    const std::set<SerialNumber> keep(running.begin(), running.end());
     const std::lock_guard lock(mutex_);
     std::erase_if(known_, [&](const auto& entry) { return !keep.contains(entry.first); });
   }
 
   std::mutex mutex_;
-  std::map<SerialNumber, Known, ByWords> known_;
+  std::map<SerialNumber, Known> known_;
 };
 
 }  // namespace

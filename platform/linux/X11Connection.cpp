@@ -27,11 +27,6 @@ bool serverKnowsProcesses(xcb_connection_t* connection) {
   return version && (version->server_major > 1 || (version->server_major == 1 && version->server_minor >= 2));
 }
 
-std::string displayName() {
-  const char* name = std::getenv("DISPLAY");
-  return name != nullptr ? name : "";
-}
-
 }  // namespace
 
 std::unique_ptr<X11Session> X11Session::open() {
@@ -68,6 +63,11 @@ bool X11Session::isLost() const {
   return ::xcb_connection_has_error(connection_) != 0;
 }
 
+std::string X11Connection::displayName() {
+  const char* name = std::getenv("DISPLAY");
+  return name != nullptr ? name : "";
+}
+
 X11Session* X11Connection::session() {
   const std::string wanted = displayName();
   if (session_ && (session_->isLost() || wanted != display_)) session_.reset();
@@ -77,6 +77,7 @@ X11Session* X11Connection::session() {
   display_ = wanted;
   session_ = X11Session::open();
   nextAttempt_ = session_ ? now : now + kRetryInterval;
+  if (session_ && opened) opened();
   return session_.get();
 }
 

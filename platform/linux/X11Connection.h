@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -58,6 +59,12 @@ class X11Connection {
   // The session in use; null without a server. A server that did not answer is not asked again for a second,
   // unless DISPLAY names another one.
   [[nodiscard]] X11Session* session();
+
+  // Called whenever session() has made a new one.
+  std::function<void()> opened;
+
+  // DISPLAY; empty without it.
+  [[nodiscard]] static std::string displayName();
 
  private:
   std::unique_ptr<X11Session> session_;

@@ -37,6 +37,11 @@ X11Desktop& X11Desktop::shared() {
   return desktop;
 }
 
+void X11Desktop::setOpenedHandler(std::function<void()> handler) {
+  const std::lock_guard lock(mutex_);
+  connection_.opened = std::move(handler);
+}
+
 std::set<pid_t> X11Desktop::windowOwners() {
   const std::lock_guard lock(mutex_);
   X11Session* session = connection_.session();

@@ -5,6 +5,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -19,6 +20,10 @@ class X11Desktop {
  public:
   // The one that all services of the program share.
   [[nodiscard]] static X11Desktop& shared();
+
+  // Called, on any thread, whenever a server was found that was not there before. It must not ask the desktop
+  // anything.
+  void setOpenedHandler(std::function<void()> handler);
 
   // The processes that own a window which the window manager lists.
   [[nodiscard]] std::set<pid_t> windowOwners();

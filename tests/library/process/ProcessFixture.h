@@ -12,6 +12,7 @@
 #import "platform/cocoa/Bridging.h"
 #include "platform/testing/InMemoryAppleEvents.h"
 #include "platform/testing/InMemoryProcessControl.h"
+#include "platform/testing/InMemoryProcessEvents.h"
 #include "platform/testing/InMemoryProcessTable.h"
 #include "platform/testing/InMemoryWindowOrder.h"
 #include "platform/testing/ManualClock.h"
@@ -36,6 +37,12 @@ class ProcessFixture : public ::testing::Test {
     return serial;
   }
 
+  // The same for all tests: notifications are installed once per program.
+  static platform::testing::InMemoryProcessEvents& processEvents() {
+    static auto& shared = *new platform::testing::InMemoryProcessEvents;
+    return shared;
+  }
+
   platform::testing::InMemoryProcessTable table;
   platform::testing::InMemoryProcessControl control{table};
   platform::testing::InMemoryWindowOrder order;
@@ -48,6 +55,7 @@ class ProcessFixture : public ::testing::Test {
     platform::Services services = platform::services();
     services.processes = &table;
     services.processControl = &control;
+    services.processEvents = &processEvents();
     services.windowOrder = &order;
     services.appleEvents = &events;
     services.clock = &clock;

@@ -1,0 +1,181 @@
+// What a program that is built on the library is told of the applications of a real desktop.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <filesystem>
+#include <optional>
+#include <thread>
+
+#include "tests/support/Desktop.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/ProcessMonitor.h"
+#include "tests/support/TestApplication.h"
+
+namespace kr {
+namespace {
+
+using testing::Desktop;
+using testing::eventually;
+using testing::ProcessMonitor;
+using testing::ScratchFolder;
+using testing::TestApplication;
+
+class LiveChanges : public ::testing::Test {
+ protected:
+  // Ends the application as if it had crashed; answers once it is gone.
+  static void end(TestApplication& application) {
+    application.child().signal(SIGKILL);
+    ASSERT_TRUE(application.child().wait(5.0));
+  }
+
+  // An application of another toolkit: no bundle, only a window.
+  TestApplication withoutBundle(const std::string& title) {
+    const std::string program = folder / ("plain-" + title);
+    std::filesystem::copy_file(KR_TEST_APPLICATION, program);
+    return TestApplication(program, {"window", title});
+  }
+
+  ScratchFolder folder;
+  Desktop desktop{{.windowManager = true}};
+};
+
+TEST_F(LiveChanges, ALaunchIsToldByItsFirstWindowAndAnEndByTheKernel) {
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  TestApplication one(folder, "One.app", {}, {"window", "A"});
+  ASSERT_TRUE(monitor.writes("started 1 "));
+  end(one);
+  ASSERT_TRUE(monitor.writes("ended 2 "));
+}
+
+TEST_F(LiveChanges, ApplicationsOfOtherToolkitsCountToo) {
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  TestApplication one = withoutBundle("A");
+  ASSERT_TRUE(monitor.writes("started 1 "));
+  end(one);
+  ASSERT_TRUE(monitor.writes("ended 2 "));
+}
+
+TEST_F(LiveChanges, AnotherFrontApplicationIsToldAndAnotherWindowOfTheSameIsNot) {
+  TestApplication one(folder, "One.app", {}, {"window", "A"});
+  TestApplication two(folder, "Two.app", {}, {"window", "B", "window", "C"});
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  EXPECT_TRUE(monitor.isSilent(0.3));
+  const auto activate = [](const std::string& title) {
+    testing::Child tool({"xdotool", "search", "--name", "^" + title + "$", "windowactivate", "--sync"});
+    const auto status = tool.wait(10.0);
+    ASSERT_TRUE(status && *status == 0) << title;
+  };
+  activate("B");
+  EXPECT_TRUE(monitor.isSilent(0.3));
+  activate("A");
+  EXPECT_TRUE(monitor.writes("front 0 "));
+  EXPECT_TRUE(monitor.isSilent(0.3));
+  activate("C");
+  EXPECT_TRUE(monitor.writes("front 0 "));
+}
+
+TEST_F(LiveChanges, AFurtherWindowIsNoLaunchAndAClosedOneNoEnd) {
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  TestApplication one(folder, "One.app", {}, {"window", "A", "window", "B"});
+  ASSERT_TRUE(monitor.writes("started 1 "));
+  ASSERT_TRUE(eventually([&] { return !monitor.writes("started", 0.1); }));
+  testing::Child tool({"xdotool", "search", "--name", "^A$", "windowunmap"});
+  ASSERT_TRUE(tool.wait(10.0));
+  EXPECT_FALSE(monitor.writes("ended", 0.3));
+  end(one);
+  EXPECT_TRUE(monitor.writes("ended 2 "));
+}
+
+TEST_F(LiveChanges, TheEndOfAnApplicationThatRanBeforeAndHasNoWindowIsTold) {
+  TestApplication agent(folder, "Agent.app");
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  const std::vector<std::string> none;
+  EXPECT_TRUE(monitor.isSilent(0.3));
+  end(agent);
+  ASSERT_TRUE(monitor.writes("ended 1 "));
+}
+
+TEST_F(LiveChanges, AnEndCleansTheCacheUp) {
+  TestApplication one(folder, "One.app");
+  TestApplication two(folder, "Two.app");
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  end(one);
+  ASSERT_TRUE(monitor.writes("ended 1 "));
+  const std::string first = monitor.lines().back();
+  end(two);
+  ASSERT_TRUE(monitor.writes("ended 2 "));
+  const auto cached = [](const std::string& line) { return std::stoi(line.substr(line.rfind(' ') + 1)); };
+  EXPECT_EQ(cached(monitor.lines().back()), cached(first) - 1);
+}
+
+TEST_F(LiveChanges, AZombieHasEnded) {
+  TestApplication one(folder, "One.app");
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  one.child().signal(SIGKILL);
+  // Not reaped.
+  EXPECT_TRUE(monitor.writes("ended 1 "));
+}
+
+TEST_F(LiveChanges, NothingWakesTheProgramWhileTheDesktopIsQuiet) {
+  TestApplication one(folder, "One.app", {}, {"window", "A"});
+  TestApplication two = withoutBundle("B");
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  EXPECT_TRUE(monitor.isSilent(0.5));
+  EXPECT_EQ(monitor.threads(), 1U);
+  const long before = monitor.wakeUps();
+  std::this_thread::sleep_for(std::chrono::seconds(3));
+  EXPECT_EQ(monitor.wakeUps(), before);
+  // It is awake all the same.
+  end(one);
+  EXPECT_TRUE(monitor.writes("ended 1 "));
+  EXPECT_GT(monitor.wakeUps(), before);
+}
+
+TEST_F(LiveChanges, NothingWakesAnApplicationOfTheToolkitEither) {
+  ProcessMonitor monitor(KR_PROCESS_MONITOR, {"-application", "YES"});
+  TestApplication one(folder, "One.app", {}, {"window", "A"});
+  ASSERT_TRUE(monitor.writes("started 1 "));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  const long before = monitor.wakeUps();
+  std::this_thread::sleep_for(std::chrono::seconds(3));
+  EXPECT_EQ(monitor.wakeUps(), before);
+  end(one);
+  EXPECT_TRUE(monitor.writes("ended 2 "));
+}
+
+TEST_F(LiveChanges, AsManyDescriptorsAreOpenAfterwardsAsBefore) {
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  const std::size_t before = monitor.descriptors();
+  {
+    TestApplication one(folder, "One.app", {}, {"window", "A"});
+    ASSERT_TRUE(monitor.writes("started 1 "));
+    EXPECT_EQ(monitor.descriptors(), before + 1);
+  }
+  ASSERT_TRUE(monitor.writes("ended 2 "));
+  EXPECT_TRUE(eventually([&] { return monitor.descriptors() == before; })) << monitor.descriptors();
+}
+
+TEST_F(LiveChanges, WithoutItsServerEndsAreStillTold) {
+  TestApplication agent(folder, "Agent.app");
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  desktop.stopDisplay();
+  EXPECT_FALSE(monitor.writes("ended", 0.3));
+  EXPECT_TRUE(monitor.isRunning());
+  const long before = monitor.wakeUps();
+  std::this_thread::sleep_for(std::chrono::seconds(2));
+  EXPECT_EQ(monitor.wakeUps(), before);
+  end(agent);
+  EXPECT_TRUE(monitor.writes("ended 1 "));
+}
+
+TEST(LiveChangesWithoutADisplay, EndsAreTold) {
+  const Desktop none({.display = false});
+  const ScratchFolder folder;
+  TestApplication agent(folder, "Agent.app");
+  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  agent.child().signal(SIGKILL);
+  EXPECT_TRUE(monitor.writes("ended 1 "));
+}
+
+}  // namespace
+}  // namespace kr

@@ -1,0 +1,106 @@
+#include "tests/support/ProcessMonitor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "tests/support/Eventually.h"
+
+namespace kr::testing {
+namespace {
+
+constexpr double kStartSeconds = 20.0;
+
+std::size_t entries(pid_t pid, const char* folder) {
+  const std::filesystem::directory_iterator list("/proc/" + std::to_string(pid) + "/" + folder);
+  return static_cast<std::size_t>(std::distance(begin(list), end(list)));
+}
+
+long switches(const std::filesystem::path& status) {
+  constexpr std::string_view kKey = "voluntary_ctxt_switches:";
+  std::ifstream file(status);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with(kKey)) return std::stol(line.substr(kKey.size()));
+  }
+  throw std::runtime_error("no switches in " + status.string());
+}
+
+}  // namespace
+
+ProcessMonitor::ProcessMonitor(const std::string& program, const std::vector<std::string>& words) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  output_.reset(ends[0]);
+  const posix::FileDescriptor write(ends[1]);
+  ::fcntl(output_.get(), F_SETFL, O_NONBLOCK);
+  std::vector<std::string> arguments{program, "-output", std::to_string(write.get())};
+  arguments.insert(arguments.end(), words.begin(), words.end());
+  child_ = Child(arguments, write.get());
+  if (!writes("ready ", kStartSeconds)) throw std::runtime_error(program + " did not start");
+  lines_.clear();
+  next_ = 0;
+}
+
+void ProcessMonitor::read() {
+  std::array<char, 4096> buffer{};
+  for (ssize_t count = 0; (count = ::read(output_.get(), buffer.data(), buffer.size())) > 0;) {
+    text_.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  for (std::size_t end = 0; (end = text_.find('\n')) != std::string::npos; text_.erase(0, end + 1)) {
+    lines_.push_back(text_.substr(0, end));
+  }
+}
+
+const std::vector<std::string>& ProcessMonitor::lines() {
+  read();
+  return lines_;
+}
+
+bool ProcessMonitor::writes(const std::string& start, double seconds) {
+  return eventually(
+      [&] {
+        read();
+        while (next_ < lines_.size()) {
+          if (lines_[next_++].starts_with(start)) return true;
+        }
+        return false;
+      },
+      seconds);
+}
+
+bool ProcessMonitor::isSilent(double seconds) {
+  return !eventually(
+      [&] {
+        read();
+        return next_ < lines_.size();
+      },
+      seconds);
+}
+
+long ProcessMonitor::wakeUps() const {
+  long sum = 0;
+  for (const auto& thread :
+       std::filesystem::directory_iterator("/proc/" + std::to_string(child_.pid()) + "/task")) {
+    sum += switches(thread.path() / "status");
+  }
+  return sum;
+}
+
+std::size_t ProcessMonitor::descriptors() const {
+  return entries(child_.pid(), "fd");
+}
+
+std::size_t ProcessMonitor::threads() const {
+  return entries(child_.pid(), "task");
+}
+
+bool ProcessMonitor::isRunning() const {
+  return std::filesystem::exists("/proc/" + std::to_string(child_.pid()) + "/fd/0");
+}
+
+}  // namespace kr::testing

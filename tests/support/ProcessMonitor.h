@@ -1,0 +1,50 @@
+// A process that watches the applications through the library, and the lines that it writes.
+//
+//   ProcessMonitor monitor;
+//   TestApplication one(folder, "One.app", {}, {"window", "A"});
+//   EXPECT_TRUE(monitor.writes("started 1"));
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/posix/FileDescriptor.h"
+#include "tests/support/Child.h"
+
+namespace kr::testing {
+
+class ProcessMonitor {
+ public:
+  // Watches once this returns. Throws std::runtime_error where it does not start.
+  explicit ProcessMonitor(const std::string& program, const std::vector<std::string>& words = {});
+
+  // Every line so far after the first, which says how many applications there were.
+  [[nodiscard]] const std::vector<std::string>& lines();
+
+  // Whether a line that starts so comes, later than those that were waited for before.
+  [[nodiscard]] bool writes(const std::string& start, double seconds = 5.0);
+
+  // Whether it writes nothing for so long beyond what was waited for.
+  [[nodiscard]] bool isSilent(double seconds);
+
+  // How often all its threads were woken so far.
+  [[nodiscard]] long wakeUps() const;
+
+  // The process holds so many descriptors, and runs so many threads.
+  [[nodiscard]] std::size_t descriptors() const;
+  [[nodiscard]] std::size_t threads() const;
+
+  [[nodiscard]] pid_t pid() const { return child_.pid(); }
+  [[nodiscard]] bool isRunning() const;
+
+ private:
+  void read();
+
+  posix::FileDescriptor output_;
+  Child child_;
+  std::string text_;
+  std::vector<std::string> lines_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace kr::testing
