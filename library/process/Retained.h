@@ -18,7 +18,10 @@ class Retained {
     std::swap(object_, other.object_);
     return *this;
   }
-  ~Retained() { [object_ release]; }
+  // Most are empty: a list moves its entries about.
+  ~Retained() {
+    if (object_ != nil) [object_ release];
+  }
 
   [[nodiscard]] Object* get() const { return object_; }
 

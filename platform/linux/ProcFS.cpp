@@ -28,9 +28,17 @@ struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-std::string processPath(pid_t pid, const char* file) {
-  return "/proc/" + std::to_string(pid) + "/" + file;
-}
+// "/proc/PID/FILE". On the stack: a list of the applications makes one for every process of the system.
+class ProcessPath {
+ public:
+  ProcessPath(pid_t pid, const char* file) {
+    std::snprintf(text_.data(), text_.size(), "/proc/%d/%s", static_cast<int>(pid), file);
+  }
+  [[nodiscard]] const char* c_str() const { return text_.data(); }
+
+ private:
+  std::array<char, 32> text_;
+};
 
 template <class Number>
 std::optional<Number> number(std::string_view text) {
@@ -67,10 +75,10 @@ std::optional<Status> parseStatus(std::string_view text) {
 
 std::optional<Status> status(pid_t pid) {
   if (pid <= 0) return std::nullopt;
-  const posix::FileDescriptor file(::open(processPath(pid, "stat").c_str(), O_RDONLY | O_CLOEXEC));
+  const posix::FileDescriptor file(::open(ProcessPath(pid, "stat").c_str(), O_RDONLY | O_CLOEXEC));
   if (!file) return std::nullopt;
   // The kernel hands the whole line out at once.
-  std::array<char, 4096> buffer{};
+  std::array<char, 4096> buffer;
   ssize_t count = 0;
   do {
     count = ::read(file.get(), buffer.data(), buffer.size());
@@ -91,8 +99,8 @@ std::vector<pid_t> processIDs() {
 
 std::optional<std::string> executable(pid_t pid) {
   if (pid <= 0) return std::nullopt;
-  std::array<char, PATH_MAX + 1> buffer{};
-  const ssize_t length = ::readlink(processPath(pid, "exe").c_str(), buffer.data(), buffer.size());
+  std::array<char, PATH_MAX + 1> buffer;
+  const ssize_t length = ::readlink(ProcessPath(pid, "exe").c_str(), buffer.data(), buffer.size());
   if (length <= 0 || static_cast<std::size_t>(length) >= buffer.size()) return std::nullopt;
   std::string path(buffer.data(), static_cast<std::size_t>(length));
   // A file may really be called so; then it is there.

@@ -94,13 +94,19 @@ std::vector<pid_t> owners(X11Session& session, const std::vector<xcb_window_t>& 
   const std::uint32_t clientMask = ~::xcb_get_setup(session.connection())->resource_id_mask;
   std::map<std::uint32_t, pid_t> processes;
   if (session.knowsProcesses() && !windows.empty()) processes = clientProcesses(session, windows, clientMask);
-  const auto ownWords = properties(session, windows, session.ewmh()->_NET_WM_PID);
   std::vector<pid_t> result;
   result.reserve(windows.size());
-  for (std::size_t index = 0; index < windows.size(); ++index) {
-    pid_t process = processes[windows[index] & clientMask];
-    if (process == 0 && !ownWords[index].empty()) process = static_cast<pid_t>(ownWords[index].front());
-    result.push_back(process);
+  std::vector<std::size_t> unknown;
+  std::vector<xcb_window_t> asked;
+  for (const xcb_window_t window : windows) {
+    result.push_back(processes[window & clientMask]);
+    if (result.back() != 0) continue;
+    unknown.push_back(result.size() - 1);
+    asked.push_back(window);
+  }
+  const auto ownWords = properties(session, asked, session.ewmh()->_NET_WM_PID);
+  for (std::size_t index = 0; index < unknown.size(); ++index) {
+    if (!ownWords[index].empty()) result[unknown[index]] = static_cast<pid_t>(ownWords[index].front());
   }
   return result;
 }
