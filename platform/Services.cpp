@@ -17,7 +17,8 @@ const Services& services() noexcept {
 }
 
 Services systemServices() noexcept {
-  return {.alerts = &systemAlerts(),
+  return {.accessibility = &systemAccessibility(),
+          .alerts = &systemAlerts(),
           .appleEvents = &systemAppleEvents(),
           .applications = &systemApplications(),
           .audioDevices = &systemAudioDevices(),

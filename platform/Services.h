@@ -8,6 +8,7 @@
 
 namespace kr::platform {
 
+class Accessibility;
 class Alerts;
 class AppleEvents;
 class Applications;
@@ -27,6 +28,7 @@ class WindowOrder;
 
 // Not owned; every pointer is set.
 struct Services {
+  Accessibility* accessibility;
   Alerts* alerts;
   AppleEvents* appleEvents;
   Applications* applications;

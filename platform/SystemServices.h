@@ -7,6 +7,7 @@
 
 namespace kr::platform {
 
+[[nodiscard]] Accessibility& systemAccessibility() noexcept;
 [[nodiscard]] Alerts& systemAlerts() noexcept;
 [[nodiscard]] AppleEvents& systemAppleEvents() noexcept;
 [[nodiscard]] Applications& systemApplications() noexcept;

@@ -13,6 +13,11 @@
 
 #include "platform/SerialNumber.h"
 
+namespace kr::platform {
+class AccessibilityObserver;
+class AccessibleApplication;
+}  // namespace kr::platform
+
 // Answers of -platform.
 extern NSString* const KRPlatformCocoa;
 extern NSString* const KRPlatformCarbon;
@@ -22,6 +27,12 @@ extern NSString* const KRPlatformJava;
 // The value of "change" is "started", "ended", "front" or, for what is none of these, empty. Posted on the
 // main thread when it next idles; while one waits to be posted, further ones are left out.
 extern NSString* const KRProcessChangeNotification;
+
+// Something that was asked for has happened in the user interface of a process. Object: the KRProcess.
+// "element" is what it is about, as the system's own object for it (on macOS an AXUIElementRef, on Linux a
+// string of the application's name on the accessibility bus and the object's path), or the empty text;
+// "event" is the name of the notification as the system gives it. Posted like the above.
+extern NSString* const KRProcessUINotification;
 
 @interface KRProcess : NSObject {
   kr::platform::SerialNumber psn;
@@ -33,7 +44,9 @@ extern NSString* const KRProcessChangeNotification;
   NSString* version;
   NSDate* launchDate;
   NSImage* icon;
-  uint32_t cocoaStatus;  // 0 not known yet, 1 Cocoa, 2 not Cocoa
+  uint32_t cocoaStatus;                             // 0 not known yet, 1 Cocoa, 2 not Cocoa
+  kr::platform::AccessibleApplication* axAppElem;   // owned; null until an observer was wanted
+  kr::platform::AccessibilityObserver* axObserver;  // owned; null where there could be none
   NSMutableDictionary* customInfo;
 }
 
@@ -191,5 +204,21 @@ extern NSString* const KRProcessChangeNotification;
 + (void)applicationEnded;
 // Grows with every launch and quit: the process list may have changed when it differs from an earlier value.
 + (unsigned)applicationLaunchEndCount;
+
+@end
+
+// What happens in the process's user interface, as KRProcessUINotification. Names are those of the system: of
+// the accessibility framework on macOS ("AXWindowCreated"), of AT-SPI on Linux ("window:create",
+// "object:state-changed:focused"; later parts may be left out, for all of them). What cannot be had is
+// logged. Main thread, where the last reference to an observed process is to be given up, too.
+@interface KRProcess (Accessibility)
+
+// Starts observing, if nothing was tried before.
+- (void)installAXObserver;
+// Starts observing, and asks for one notification.
+- (void)addAXNotification:(NSString*)notification;
+- (void)removeAXNotification:(NSString*)notification;
+// Ends all of it. Done when the object is destroyed.
+- (void)unregisterAXNotifications;
 
 @end

@@ -49,6 +49,7 @@ std::optional<std::string> nameForLog(KRProcess* process) {
 }
 
 - (void)dealloc {
+  [self unregisterAXNotifications];
   [name release];
   [displayName release];
   [path release];

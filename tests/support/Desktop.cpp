@@ -103,11 +103,13 @@ Desktop::Desktop(DesktopParts parts) {
   // Without it the bus would be looked for in the user's own session.
   runtimeVariable_.emplace("XDG_RUNTIME_DIR", folder_.path());
   systemBusVariable_.emplace("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + folder_ / "no-system-bus");
+  accessibilityVariable_.emplace("AT_SPI_BUS_ADDRESS", std::nullopt);
   if (parts.bus) startBus();
   busVariable_.emplace("DBUS_SESSION_BUS_ADDRESS", parts.bus ? std::optional(busAddress_) : std::nullopt);
   if (parts.display) startDisplay();
   displayVariable_.emplace("DISPLAY", parts.display ? std::optional(display_) : std::nullopt);
   if (parts.windowManager) startWindowManager();
+  if (parts.accessibility) startAccessibility();
 }
 
 void Desktop::startDisplay() {
@@ -135,6 +137,18 @@ void Desktop::startBus() {
                 "--print-address=" + std::to_string(address.write.get())},
                address.write.get());
   busAddress_ = firstLine(address, "dbus-daemon");
+}
+
+void Desktop::startAccessibility() {
+  accessibility_ = Child({"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"});
+  const auto answers = [] {
+    Child question({"gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path", "/org/a11y/bus",
+                    "--method", "org.a11y.Bus.GetAddress"},
+                   std::nullopt);
+    const std::optional<int> status = question.wait(5.0);
+    return status && *status == 0;
+  };
+  if (!eventually(answers, 20.0)) throw std::runtime_error("the accessibility bus did not start");
 }
 
 }  // namespace kr::testing

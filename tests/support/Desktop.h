@@ -1,7 +1,7 @@
 // A desktop of the test's own: an X server without a screen, and with it a window manager and a session bus
-// where they are asked for. For its lifetime DISPLAY and DBUS_SESSION_BUS_ADDRESS lead there; afterwards they
-// are what they were. A part that was not asked for is not there: the variable is unset. Neither is the
-// system's message bus: nothing here asks the machine's user for a password.
+// where they are asked for, and the accessibility bus. For its lifetime DISPLAY and DBUS_SESSION_BUS_ADDRESS
+// lead there; afterwards they are what they were. A part that was not asked for is not there: the variable is
+// unset. Neither is the system's message bus: nothing here asks the machine's user for a password.
 //
 //   Desktop desktop({.windowManager = true, .bus = true});
 #pragma once
@@ -31,6 +31,7 @@ struct DesktopParts {
   bool display = true;
   bool windowManager = false;  // openbox; needs the display
   bool bus = false;            // dbus-daemon, with nobody else on it
+  bool accessibility = false;  // at-spi2-core; needs the bus
 };
 
 class Desktop {
@@ -45,11 +46,13 @@ class Desktop {
   // Ends one part early, as if it had crashed.
   void stopDisplay() { server_.stop(); }
   void stopBus() { bus_.stop(); }
+  void stopAccessibility() { accessibility_.stop(); }
 
  private:
   void startDisplay();
   void startWindowManager();
   void startBus();
+  void startAccessibility();
 
   ScratchFolder folder_;
   std::string display_;
@@ -58,10 +61,12 @@ class Desktop {
   std::optional<ScopedVariable> busVariable_;
   std::optional<ScopedVariable> runtimeVariable_;
   std::optional<ScopedVariable> systemBusVariable_;
+  std::optional<ScopedVariable> accessibilityVariable_;
   // Ended in the opposite order, so that nothing outlives the server it talks to.
   Child bus_;
   Child server_;
   Child windowManager_;
+  Child accessibility_;
 };
 
 }  // namespace kr::testing

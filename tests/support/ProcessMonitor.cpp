@@ -1,11 +1,11 @@
 #include "tests/support/ProcessMonitor.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <stdexcept>
 
@@ -15,20 +15,6 @@ namespace kr::testing {
 namespace {
 
 constexpr double kStartSeconds = 20.0;
-
-std::size_t entries(pid_t pid, const char* folder) {
-  const std::filesystem::directory_iterator list("/proc/" + std::to_string(pid) + "/" + folder);
-  return static_cast<std::size_t>(std::distance(begin(list), end(list)));
-}
-
-long switches(const std::filesystem::path& status) {
-  constexpr std::string_view kKey = "voluntary_ctxt_switches:";
-  std::ifstream file(status);
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with(kKey)) return std::stol(line.substr(kKey.size()));
-  }
-  throw std::runtime_error("no switches in " + status.string());
-}
 
 }  // namespace
 
@@ -82,25 +68,13 @@ bool ProcessMonitor::isSilent(double seconds) {
       seconds);
 }
 
-long ProcessMonitor::wakeUps() const {
-  long sum = 0;
-  for (const auto& thread :
-       std::filesystem::directory_iterator("/proc/" + std::to_string(child_.pid()) + "/task")) {
-    sum += switches(thread.path() / "status");
-  }
-  return sum;
-}
-
 std::size_t ProcessMonitor::descriptors() const {
-  return entries(child_.pid(), "fd");
-}
-
-std::size_t ProcessMonitor::threads() const {
-  return entries(child_.pid(), "task");
+  const std::filesystem::directory_iterator list("/proc/" + std::to_string(child_.pid()) + "/fd");
+  return static_cast<std::size_t>(std::distance(begin(list), end(list)));
 }
 
 bool ProcessMonitor::isRunning() const {
-  return std::filesystem::exists("/proc/" + std::to_string(child_.pid()) + "/fd/0");
+  return ::kill(child_.pid(), 0) == 0;
 }
 
 }  // namespace kr::testing

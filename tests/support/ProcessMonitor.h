@@ -27,12 +27,8 @@ class ProcessMonitor {
   // Whether it writes nothing for so long beyond what was waited for.
   [[nodiscard]] bool isSilent(double seconds);
 
-  // How often all its threads were woken so far.
-  [[nodiscard]] long wakeUps() const;
-
-  // The process holds so many descriptors, and runs so many threads.
+  // How many descriptors it has open.
   [[nodiscard]] std::size_t descriptors() const;
-  [[nodiscard]] std::size_t threads() const;
 
   [[nodiscard]] pid_t pid() const { return child_.pid(); }
   [[nodiscard]] bool isRunning() const;

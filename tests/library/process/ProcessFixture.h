@@ -10,6 +10,7 @@
 #import "library/process/KRProcess.h"
 #include "platform/Services.h"
 #import "platform/cocoa/Bridging.h"
+#include "platform/testing/InMemoryAccessibility.h"
 #include "platform/testing/InMemoryAppleEvents.h"
 #include "platform/testing/InMemoryProcessControl.h"
 #include "platform/testing/InMemoryProcessEvents.h"
@@ -47,6 +48,7 @@ class ProcessFixture : public ::testing::Test {
   platform::testing::InMemoryProcessControl control{table};
   platform::testing::InMemoryWindowOrder order;
   platform::testing::InMemoryAppleEvents events;
+  platform::testing::InMemoryAccessibility accessibility;
   platform::testing::ManualClock clock;
   platform::testing::RecordingLog log;
 
@@ -57,6 +59,7 @@ class ProcessFixture : public ::testing::Test {
     services.processControl = &control;
     services.processEvents = &processEvents();
     services.windowOrder = &order;
+    services.accessibility = &accessibility;
     services.appleEvents = &events;
     services.clock = &clock;
     services.log = &log;

@@ -1,4 +1,5 @@
-// Makes the X server end the connection of one of its clients after the other, as it does with one that misbehaves:
+// Makes the X server end the connection of one of its clients after the other, as it does with one that
+// misbehaves:
 //
 //   x-disconnect but NAME    all clients but this program and those of processes with the name
 #include <unistd.h>

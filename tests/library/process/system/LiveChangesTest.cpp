@@ -10,6 +10,7 @@
 #include "tests/support/Eventually.h"
 #include "tests/support/ProcessMonitor.h"
 #include "tests/support/TestApplication.h"
+#include "tests/support/WakeUps.h"
 
 namespace kr {
 namespace {
@@ -19,6 +20,8 @@ using testing::eventually;
 using testing::ProcessMonitor;
 using testing::ScratchFolder;
 using testing::TestApplication;
+using testing::threadCount;
+using testing::voluntarySwitches;
 
 class LiveChanges : public ::testing::Test {
  protected:
@@ -121,14 +124,14 @@ TEST_F(LiveChanges, NothingWakesTheProgramWhileTheDesktopIsQuiet) {
   TestApplication two = withoutBundle("B");
   ProcessMonitor monitor(KR_PROCESS_MONITOR);
   EXPECT_TRUE(monitor.isSilent(0.5));
-  EXPECT_EQ(monitor.threads(), 1U);
-  const long before = monitor.wakeUps();
+  EXPECT_EQ(threadCount(monitor.pid()), 1U);
+  const long before = voluntarySwitches(monitor.pid());
   std::this_thread::sleep_for(std::chrono::seconds(3));
-  EXPECT_EQ(monitor.wakeUps(), before);
+  EXPECT_EQ(voluntarySwitches(monitor.pid()), before);
   // It is awake all the same.
   end(one);
   EXPECT_TRUE(monitor.writes("ended 1 "));
-  EXPECT_GT(monitor.wakeUps(), before);
+  EXPECT_GT(voluntarySwitches(monitor.pid()), before);
 }
 
 TEST_F(LiveChanges, NothingWakesAnApplicationOfTheToolkitEither) {
@@ -136,9 +139,9 @@ TEST_F(LiveChanges, NothingWakesAnApplicationOfTheToolkitEither) {
   TestApplication one(folder, "One.app", {}, {"window", "A"});
   ASSERT_TRUE(monitor.writes("started 1 "));
   std::this_thread::sleep_for(std::chrono::seconds(1));
-  const long before = monitor.wakeUps();
+  const long before = voluntarySwitches(monitor.pid());
   std::this_thread::sleep_for(std::chrono::seconds(3));
-  EXPECT_EQ(monitor.wakeUps(), before);
+  EXPECT_EQ(voluntarySwitches(monitor.pid()), before);
   end(one);
   EXPECT_TRUE(monitor.writes("ended 2 "));
 }
@@ -161,9 +164,9 @@ TEST_F(LiveChanges, WithoutItsServerEndsAreStillTold) {
   desktop.stopDisplay();
   EXPECT_FALSE(monitor.writes("ended", 0.3));
   EXPECT_TRUE(monitor.isRunning());
-  const long before = monitor.wakeUps();
+  const long before = voluntarySwitches(monitor.pid());
   std::this_thread::sleep_for(std::chrono::seconds(2));
-  EXPECT_EQ(monitor.wakeUps(), before);
+  EXPECT_EQ(voluntarySwitches(monitor.pid()), before);
   end(agent);
   EXPECT_TRUE(monitor.writes("ended 1 "));
 }

@@ -1,0 +1,15 @@
+// How often a process was woken, and how many threads it has.
+#pragma once
+
+#include <unistd.h>
+
+#include <cstddef>
+
+namespace kr::testing {
+
+// Times that any of its threads has waited for something, since the process was started.
+[[nodiscard]] long voluntarySwitches(pid_t pid = ::getpid());
+
+[[nodiscard]] std::size_t threadCount(pid_t pid = ::getpid());
+
+}  // namespace kr::testing
