@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <algorithm>
-#include <map>
-
 #include "platform/SystemServices.h"
 #include "platform/WindowOrder.h"
 #include "platform/linux/ProcFS.h"
 #include "platform/linux/X11Desktop.h"
-#include "platform/linux/X11WindowList.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/TestApplication.h"
+#include "tests/support/WindowView.h"
 
 namespace kr::platform {
 namespace {
@@ -20,64 +17,7 @@ using kr::testing::Desktop;
 using kr::testing::eventually;
 using kr::testing::ScratchFolder;
 using kr::testing::TestApplication;
-
-// What the test sees of the windows, over a connection of its own.
-class View {
- public:
-  // Titles from the lowest window to the front one.
-  [[nodiscard]] std::string stacking() {
-    std::string titles;
-    for (const xcb_window_t window : x11::stackingList(*session_)) titles += title(window);
-    return titles;
-  }
-
-  // Titles of the iconified windows, sorted.
-  [[nodiscard]] std::string iconified() {
-    const std::vector<xcb_window_t> windows = x11::stackingList(*session_);
-    const std::vector<bool> states = x11::iconified(*session_, windows);
-    std::string titles;
-    for (std::size_t index = 0; index < windows.size(); ++index) {
-      if (states[index]) titles += title(windows[index]);
-    }
-    std::sort(titles.begin(), titles.end());
-    return titles;
-  }
-
-  [[nodiscard]] std::string active() {
-    const std::optional<xcb_window_t> window = x11::activeWindow(*session_);
-    return window ? title(*window) : "";
-  }
-
-  // What the user does with the button in the title bar.
-  void iconify(const std::string& wanted) {
-    for (const xcb_window_t window : x11::stackingList(*session_)) {
-      if (title(window) != wanted) continue;
-      xcb_client_message_event_t event{};
-      event.response_type = XCB_CLIENT_MESSAGE;
-      event.format = 32;
-      event.window = window;
-      event.type = session_->changeState();
-      event.data.data32[0] = 3;
-      ::xcb_send_event(session_->connection(), 0, session_->root(),
-                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                       reinterpret_cast<const char*>(&event));
-    }
-    ::xcb_flush(session_->connection());
-  }
-
- private:
-  [[nodiscard]] std::string title(xcb_window_t window) {
-    const auto cookie =
-        ::xcb_get_property(session_->connection(), 0, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 0, 64);
-    const X11Reply<xcb_get_property_reply_t> reply(
-        ::xcb_get_property_reply(session_->connection(), cookie, nullptr));
-    if (!reply) return "?";
-    return {static_cast<const char*>(::xcb_get_property_value(reply.get())),
-            static_cast<std::size_t>(::xcb_get_property_value_length(reply.get()))};
-  }
-
-  std::unique_ptr<X11Session> session_ = X11Session::open();
-};
+using kr::testing::WindowView;
 
 // Two applications: the windows A and B belong to the one, C and D to the other. Opened in this order, D is
 // in front.
@@ -103,7 +43,7 @@ class X11WindowOrder : public ::testing::Test {
 
   Desktop desktop{{.windowManager = true}};
   ScratchFolder folder;
-  View view;
+  WindowView view;
   TestApplication one = open("One.app", "A", "B", "AB");
   TestApplication two = open("Two.app", "C", "D", "ABCD");
   WindowOrder& order = systemWindowOrder();

@@ -8,7 +8,7 @@
 
 #include "tests/support/Desktop.h"
 #include "tests/support/Eventually.h"
-#include "tests/support/ProcessMonitor.h"
+#include "tests/support/ReportingProgram.h"
 #include "tests/support/TestApplication.h"
 #include "tests/support/WakeUps.h"
 
@@ -17,7 +17,7 @@ namespace {
 
 using testing::Desktop;
 using testing::eventually;
-using testing::ProcessMonitor;
+using testing::ReportingProgram;
 using testing::ScratchFolder;
 using testing::TestApplication;
 using testing::threadCount;
@@ -43,7 +43,7 @@ class LiveChanges : public ::testing::Test {
 };
 
 TEST_F(LiveChanges, ALaunchIsToldByItsFirstWindowAndAnEndByTheKernel) {
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   TestApplication one(folder, "One.app", {}, {"window", "A"});
   ASSERT_TRUE(monitor.writes("started 1 "));
   end(one);
@@ -51,7 +51,7 @@ TEST_F(LiveChanges, ALaunchIsToldByItsFirstWindowAndAnEndByTheKernel) {
 }
 
 TEST_F(LiveChanges, ApplicationsOfOtherToolkitsCountToo) {
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   TestApplication one = withoutBundle("A");
   ASSERT_TRUE(monitor.writes("started 1 "));
   end(one);
@@ -61,7 +61,7 @@ TEST_F(LiveChanges, ApplicationsOfOtherToolkitsCountToo) {
 TEST_F(LiveChanges, AnotherFrontApplicationIsToldAndAnotherWindowOfTheSameIsNot) {
   TestApplication one(folder, "One.app", {}, {"window", "A"});
   TestApplication two(folder, "Two.app", {}, {"window", "B", "window", "C"});
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   EXPECT_TRUE(monitor.isSilent(0.3));
   const auto activate = [](const std::string& title) {
     testing::Child tool({"xdotool", "search", "--name", "^" + title + "$", "windowactivate", "--sync"});
@@ -78,7 +78,7 @@ TEST_F(LiveChanges, AnotherFrontApplicationIsToldAndAnotherWindowOfTheSameIsNot)
 }
 
 TEST_F(LiveChanges, AFurtherWindowIsNoLaunchAndAClosedOneNoEnd) {
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   TestApplication one(folder, "One.app", {}, {"window", "A", "window", "B"});
   ASSERT_TRUE(monitor.writes("started 1 "));
   ASSERT_TRUE(eventually([&] { return !monitor.writes("started", 0.1); }));
@@ -91,7 +91,7 @@ TEST_F(LiveChanges, AFurtherWindowIsNoLaunchAndAClosedOneNoEnd) {
 
 TEST_F(LiveChanges, TheEndOfAnApplicationThatRanBeforeAndHasNoWindowIsTold) {
   TestApplication agent(folder, "Agent.app");
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   const std::vector<std::string> none;
   EXPECT_TRUE(monitor.isSilent(0.3));
   end(agent);
@@ -101,7 +101,7 @@ TEST_F(LiveChanges, TheEndOfAnApplicationThatRanBeforeAndHasNoWindowIsTold) {
 TEST_F(LiveChanges, AnEndCleansTheCacheUp) {
   TestApplication one(folder, "One.app");
   TestApplication two(folder, "Two.app");
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   end(one);
   ASSERT_TRUE(monitor.writes("ended 1 "));
   const std::string first = monitor.lines().back();
@@ -113,7 +113,7 @@ TEST_F(LiveChanges, AnEndCleansTheCacheUp) {
 
 TEST_F(LiveChanges, AZombieHasEnded) {
   TestApplication one(folder, "One.app");
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   one.child().signal(SIGKILL);
   // Not reaped.
   EXPECT_TRUE(monitor.writes("ended 1 "));
@@ -122,7 +122,7 @@ TEST_F(LiveChanges, AZombieHasEnded) {
 TEST_F(LiveChanges, NothingWakesTheProgramWhileTheDesktopIsQuiet) {
   TestApplication one(folder, "One.app", {}, {"window", "A"});
   TestApplication two = withoutBundle("B");
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   EXPECT_TRUE(monitor.isSilent(0.5));
   EXPECT_EQ(threadCount(monitor.pid()), 1U);
   const long before = voluntarySwitches(monitor.pid());
@@ -135,7 +135,7 @@ TEST_F(LiveChanges, NothingWakesTheProgramWhileTheDesktopIsQuiet) {
 }
 
 TEST_F(LiveChanges, NothingWakesAnApplicationOfTheToolkitEither) {
-  ProcessMonitor monitor(KR_PROCESS_MONITOR, {"-application", "YES"});
+  ReportingProgram monitor(KR_PROCESS_MONITOR, {"-application", "YES"});
   TestApplication one(folder, "One.app", {}, {"window", "A"});
   ASSERT_TRUE(monitor.writes("started 1 "));
   std::this_thread::sleep_for(std::chrono::seconds(1));
@@ -147,7 +147,7 @@ TEST_F(LiveChanges, NothingWakesAnApplicationOfTheToolkitEither) {
 }
 
 TEST_F(LiveChanges, AsManyDescriptorsAreOpenAfterwardsAsBefore) {
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   const std::size_t before = monitor.descriptors();
   {
     TestApplication one(folder, "One.app", {}, {"window", "A"});
@@ -160,7 +160,7 @@ TEST_F(LiveChanges, AsManyDescriptorsAreOpenAfterwardsAsBefore) {
 
 TEST_F(LiveChanges, WithoutItsServerEndsAreStillTold) {
   TestApplication agent(folder, "Agent.app");
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   desktop.stopDisplay();
   EXPECT_FALSE(monitor.writes("ended", 0.3));
   EXPECT_TRUE(monitor.isRunning());
@@ -175,7 +175,7 @@ TEST(LiveChangesWithoutADisplay, EndsAreTold) {
   const Desktop none({.display = false});
   const ScratchFolder folder;
   TestApplication agent(folder, "Agent.app");
-  ProcessMonitor monitor(KR_PROCESS_MONITOR);
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
   agent.child().signal(SIGKILL);
   EXPECT_TRUE(monitor.writes("ended 1 "));
 }

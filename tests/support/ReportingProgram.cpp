@@ -1,4 +1,4 @@
-#include "tests/support/ProcessMonitor.h"
+#include "tests/support/ReportingProgram.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -18,7 +18,7 @@ constexpr double kStartSeconds = 20.0;
 
 }  // namespace
 
-ProcessMonitor::ProcessMonitor(const std::string& program, const std::vector<std::string>& words) {
+ReportingProgram::ReportingProgram(const std::string& program, const std::vector<std::string>& words) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   output_.reset(ends[0]);
@@ -27,12 +27,12 @@ ProcessMonitor::ProcessMonitor(const std::string& program, const std::vector<std
   std::vector<std::string> arguments{program, "-output", std::to_string(write.get())};
   arguments.insert(arguments.end(), words.begin(), words.end());
   child_ = Child(arguments, write.get());
-  if (!writes("ready ", kStartSeconds)) throw std::runtime_error(program + " did not start");
+  if (!writes("ready", kStartSeconds)) throw std::runtime_error(program + " did not start");
   lines_.clear();
   next_ = 0;
 }
 
-void ProcessMonitor::read() {
+void ReportingProgram::read() {
   std::array<char, 4096> buffer{};
   for (ssize_t count = 0; (count = ::read(output_.get(), buffer.data(), buffer.size())) > 0;) {
     text_.append(buffer.data(), static_cast<std::size_t>(count));
@@ -42,12 +42,12 @@ void ProcessMonitor::read() {
   }
 }
 
-const std::vector<std::string>& ProcessMonitor::lines() {
+const std::vector<std::string>& ReportingProgram::lines() {
   read();
   return lines_;
 }
 
-bool ProcessMonitor::writes(const std::string& start, double seconds) {
+bool ReportingProgram::writes(const std::string& start, double seconds) {
   return eventually(
       [&] {
         read();
@@ -59,7 +59,7 @@ bool ProcessMonitor::writes(const std::string& start, double seconds) {
       seconds);
 }
 
-bool ProcessMonitor::isSilent(double seconds) {
+bool ReportingProgram::isSilent(double seconds) {
   return !eventually(
       [&] {
         read();
@@ -68,12 +68,12 @@ bool ProcessMonitor::isSilent(double seconds) {
       seconds);
 }
 
-std::size_t ProcessMonitor::descriptors() const {
+std::size_t ReportingProgram::descriptors() const {
   const std::filesystem::directory_iterator list("/proc/" + std::to_string(child_.pid()) + "/fd");
   return static_cast<std::size_t>(std::distance(begin(list), end(list)));
 }
 
-bool ProcessMonitor::isRunning() const {
+bool ReportingProgram::isRunning() const {
   return ::kill(child_.pid(), 0) == 0;
 }
 

@@ -1,6 +1,7 @@
-// A process that watches the applications through the library, and the lines that it writes.
+// A process that reports by lines what it is told: one of the programs here, started with "-output N" and
+// words of its own. Its first line starts with "ready".
 //
-//   ProcessMonitor monitor;
+//   ReportingProgram monitor(KR_PROCESS_MONITOR);
 //   TestApplication one(folder, "One.app", {}, {"window", "A"});
 //   EXPECT_TRUE(monitor.writes("started 1"));
 #pragma once
@@ -13,12 +14,12 @@
 
 namespace kr::testing {
 
-class ProcessMonitor {
+class ReportingProgram {
  public:
-  // Watches once this returns. Throws std::runtime_error where it does not start.
-  explicit ProcessMonitor(const std::string& program, const std::vector<std::string>& words = {});
+  // Ready once this returns. Throws std::runtime_error where it does not start.
+  explicit ReportingProgram(const std::string& program, const std::vector<std::string>& words = {});
 
-  // Every line so far after the first, which says how many applications there were.
+  // Every line so far after the first.
   [[nodiscard]] const std::vector<std::string>& lines();
 
   // Whether a line that starts so comes, later than those that were waited for before.
