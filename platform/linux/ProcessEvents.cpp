@@ -58,15 +58,21 @@ class DesktopEvents final : public ProcessEvents {
   void tellLearned() {
     eventfd_t count = 0;
     static_cast<void>(::eventfd_read(learned_.get(), &count));
-    for (int launched = launches_.exchange(0); launched > 0; --launched) handler_(kApplicationLaunched);
+    tellLaunches();
     if (!watch_ || watch_->display() != X11Connection::displayName()) reopenWatch();
   }
 
+  void tellLaunches() {
+    for (int launched = launches_.exchange(0); launched > 0; --launched) handler_(kApplicationLaunched);
+  }
+
   void tellEnded() {
+    // One that was learned of and has ended since was launched first.
+    tellLaunches();
     for (std::size_t left = ends_.takeEnded().size(); left > 0; --left) handler_(kApplicationEnded);
   }
 
-  void tellLaunched() {
+  void tellNewWindows() {
     // So that the ID of a process that is watched is its own.
     tellEnded();
     for (const pid_t pid : X11Desktop::shared().windowOwners()) {
@@ -86,7 +92,7 @@ class DesktopEvents final : public ProcessEvents {
 
   void takeNews() {
     const X11RootWatch::News news = watch_->take();
-    if (news.windows) tellLaunched();
+    if (news.windows) tellNewWindows();
     if (news.active) tellFront();
     if (!news.lost) return;
     closeWatch();
@@ -97,7 +103,7 @@ class DesktopEvents final : public ProcessEvents {
   void reopenWatch() {
     openWatch();
     if (!watch_) return;
-    tellLaunched();
+    tellNewWindows();
     tellFront();
   }
 

@@ -3,17 +3,21 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cmath>
 #include <filesystem>
 #include <thread>
 
 #include "platform/SystemServices.h"
+#include "platform/linux/ProcFS.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/Forked.h"
 #include "tests/support/TestApplication.h"
 
 namespace kr::platform {
@@ -200,6 +204,77 @@ TEST_F(ProcessTableTest, ADeletedBundleIsStillWhatItWas) {
   EXPECT_EQ(table.bundleLocation(serial(application)), folder / "A.app");
   EXPECT_EQ(table.record(serial(application))->signature, 0x41424344U);
   EXPECT_TRUE(contains(table.all(), serial(application)));
+}
+
+TEST_F(ProcessTableTest, ABundleThatWasReplacedWhileItRanIsStillTheOneThatWasRead) {
+  TestApplication old(folder, "A.app", {.signature = "OLDA"});
+  EXPECT_EQ(table.record(serial(old))->signature, 0x4F4C4441U);
+  std::filesystem::remove_all(folder / "A.app");
+  TestApplication current(folder, "A.app", {.signature = "NEWA"});
+  EXPECT_EQ(table.record(serial(old))->signature, 0x4F4C4441U);
+  EXPECT_EQ(table.bundleLocation(serial(old)), folder / "A.app");
+  EXPECT_EQ(table.record(serial(current))->signature, 0x4E455741U);
+  EXPECT_NE(serial(old), serial(current));
+}
+
+TEST_F(ProcessTableTest, ABundleThatWasMovedAwayWhileItRunsIsFoundThere) {
+  TestApplication application(folder, "A.app", {.signature = "ABCD"});
+  EXPECT_TRUE(table.record(serial(application)));
+  std::filesystem::rename(folder / "A.app", folder / "Trash.app");
+  static_cast<void>(makeBundle(folder, "A.app", {.signature = "NEWA"}));
+  EXPECT_EQ(table.bundleLocation(serial(application)), folder / "Trash.app");
+  EXPECT_EQ(table.record(serial(application))->signature, 0x41424344U);
+}
+
+TEST_F(ProcessTableTest, AnInformationFileThatIsUnreadableOrNoneLeavesTheNameOfTheBundle) {
+  for (const char* contents : {"", "{", "<plist>", "\xFF\xFE", "(1, 2)"}) {
+    const std::string executable = makeBundle(folder, "Odd.app", {.signature = "ODDA"});
+    static_cast<void>(folder.file("Odd.app/Contents/Info.plist", contents));
+    TestApplication application(executable);
+    const std::optional<ProcessRecord> record = table.record(serial(application));
+    ASSERT_TRUE(record) << contents;
+    EXPECT_EQ(record->name, "Odd") << contents;
+    EXPECT_EQ(record->signature, kNone) << contents;
+  }
+}
+
+// A kernel thread, a process that was not reaped, one of another user: none of them lets its program be seen.
+TEST_F(ProcessTableTest, ProcessesWhoseProgramCannotBeSeenAreNoApplications) {
+  Child ended({"true"});
+  ASSERT_TRUE(eventually([&] { return !procfs::serialNumber(ended.pid()); }));
+  const std::vector<SerialNumber> all = table.all();
+  int unseen = 0;
+  for (const pid_t pid : procfs::processIDs()) {
+    const std::optional<procfs::Status> status = procfs::status(pid);
+    if (!status || procfs::executable(pid)) continue;
+    ++unseen;
+    EXPECT_FALSE(contains(all, procfs::serialNumber(pid, *status))) << pid;
+    EXPECT_FALSE(table.forPID(pid)) << pid;
+  }
+  EXPECT_GE(unseen, 1);
+}
+
+// As if every process ended, or were hidden, at that very moment.
+TEST_F(ProcessTableTest, AReadThatFailsInTheMiddleReadsAsNone) {
+  TestApplication application(folder, "A.app", {.signature = "ABCD"});
+  const SerialNumber process = serial(application);
+  for (const auto& [call, error] :
+       {std::pair(SYS_readlink, ENOENT), std::pair(SYS_readlink, EACCES), std::pair(SYS_read, ESRCH),
+        std::pair(SYS_openat, ENOENT), std::pair(SYS_openat, EACCES), std::pair(SYS_getdents64, ENOENT)}) {
+    EXPECT_EQ(kr::testing::inChild([&, failing = call, as = error] {
+                kr::testing::failSystemCall(static_cast<int>(failing), as);
+                if (contains(table.all(), process)) return 1;
+                if (failing == SYS_getdents64) return 0;  // the list alone needs it
+                if (table.record(process) || table.information(process)) return 2;
+                if (table.bundleLocation(process) || table.isNativePackage(process)) return 3;
+                if (failing == SYS_readlink) return table.pid(process) ? 0 : 4;
+                if (table.forPID(application.pid()) || table.pid(process)) return 5;
+                if (table.userTime(application.pid()) || table.startTime(application.pid()) != 0.0) return 6;
+                return 0;
+              }),
+              0)
+        << call << " " << error;
+  }
 }
 
 TEST_F(ProcessTableTest, AProcessThatTakesAnotherProgramIsThatApplication) {

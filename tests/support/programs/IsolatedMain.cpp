@@ -7,9 +7,11 @@
 #include <signal.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <string>
 
@@ -36,8 +38,16 @@ bool enterNamespaces() {
          write("/proc/self/gid_map", std::to_string(group) + " " + std::to_string(group) + " 1");
 }
 
+// The toolkit's programs find each other by files in a folder, and remove those of processes that they cannot
+// see.
+bool mountToolkitFolder() {
+  const std::string folder = "/tmp/GNUstepSecure" + std::to_string(::geteuid());
+  if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return false;
+  return ::mount("tmpfs", folder.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=0700") == 0;
+}
+
 bool mountProcessTable() {
-  return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+  return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 && mountToolkitFolder() &&
          ::mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr) == 0;
 }
 

@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <optional>
 #include <thread>
 
@@ -148,6 +149,55 @@ TEST_F(LiveEvents, AConnectionThatTheServerEndsIsMadeAnew) {
   runLoop(0.2);
   TestApplication one(folder, "One.app", {}, {"window", "A"});
   EXPECT_TRUE(isTold("started"));
+}
+
+TEST_F(LiveEvents, StayRightWhileApplicationsComeAndGoInTheMiddleOfEveryRead) {
+  const Desktop none({.display = false});
+  const std::string executable = testing::makeBundle(
+      folder, "Brief.app", {.signature = "BRIF", .name = "Brief", .identifier = "com.x.brief"});
+  install();
+  std::atomic<int> left = 60;
+  std::thread coming([&] {
+    for (; left > 0; --left) {
+      testing::Child brief({executable});
+      std::this_thread::sleep_for(std::chrono::microseconds(left * 137 % 4000));
+      brief.signal(SIGKILL);
+      static_cast<void>(brief.wait(5.0));
+    }
+  });
+  int found = 0;
+  while (left > 0) {
+    @autoreleasepool {
+      for (KRProcess* process in [KRProcess allProcesses]) {
+        const std::string name = toBytes([process name]);
+        const std::string path = toBytes([process path]);
+        const std::string signature = toBytes([process signatureString]);
+        [process infoDictionary];
+        [process version];
+        [process launchDate];
+        [process isCocoa];
+        [process isBackgroundOnly];
+        [process cpuTime];
+        if (path != folder / "Brief.app" || name.empty()) continue;
+        ++found;
+        EXPECT_EQ(name, "Brief");
+        if (!signature.empty()) EXPECT_EQ(signature, "BRIF");
+        const std::string identifier = toBytes([process identifier]);
+        if (!identifier.empty()) EXPECT_EQ(identifier, "com.x.brief");
+      }
+      runLoop(0.001);
+    }
+  }
+  coming.join();
+  EXPECT_GT(found, 0);
+  // Every one that was come across has ended, and nothing of them is left.
+  EXPECT_TRUE(eventuallyInRunLoop([&] {
+    for (KRProcess* process in [[KRProcess cachedProcessesEnumerator] allObjects]) {
+      if (![process isStillRunning]) return false;
+    }
+    return counted() % 2 == 0;
+  })) << counted();
+  EXPECT_GT(counted(), 0U);
 }
 
 TEST_F(LiveEvents, ThreadsThatLookUpAreToldOnTheMainThread) {
