@@ -111,7 +111,11 @@ std::optional<Failure> hazardOfWrapper(const std::string& wrapper, const std::st
   const std::string program = platform::services().program->bundlePath();
   for (const std::string& entry : *entries) {
     const std::string item = paths::joined(parent, entry);
+    // The product is the one item that comes back, from the source: an installer inside the copy that it
+    // replaces may take itself away.
+    const bool isProduct = entry == paths::lastComponent(destination);
     for (const std::string& kept : {wrapper, source, program, paths::joined(wrapper, entry)}) {
+      if (isProduct && kept == program) continue;
       if (const Danger danger = deletionTakes(item, kept)) {
         return Failure{kept + " would be deleted with", item, *danger};
       }

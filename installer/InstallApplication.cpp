@@ -66,17 +66,12 @@ bool placeWrapper(const std::string& wrapper, const std::string& parent) {
   return true;
 }
 
-std::string withoutTrailingSlashes(std::string path) {
-  while (path.size() > 1 && path.back() == '/') path.pop_back();
-  return path;
-}
-
 }  // namespace
 
 int InstallApplication(const std::string& givenSource, const std::string& givenDestination,
                        const std::optional<std::string>& givenWrapper) {
   platform::FileOperations& operations = *platform::services().files;
-  const std::string destination = withoutTrailingSlashes(givenDestination);
+  const std::string destination = std::string(paths::withoutTrailingSlashes(givenDestination));
   const std::string parent(paths::parent(destination));
 
   if (const auto hazard = hazardOfProduct(givenSource, destination)) {
@@ -89,7 +84,7 @@ int InstallApplication(const std::string& givenSource, const std::string& givenD
   if (givenWrapper) {
     const std::string wrapper = files::resolved(*givenWrapper).value_or(*givenWrapper);
     if (const auto hazard = hazardOfWrapper(wrapper, source, destination)) {
-      logFailure(kCouldNotCopyItem, hazard->path, *hazard);
+      logFailure(files::exists(parent) ? kCouldNotCopyItem : kCouldNotCopyWrapper, hazard->path, *hazard);
       return kCopyFailed;
     }
     if (!placeWrapper(wrapper, parent)) return kCopyFailed;

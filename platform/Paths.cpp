@@ -1,14 +1,11 @@
 #include "platform/Paths.h"
 
 namespace kr::paths {
-namespace {
 
 std::string_view withoutTrailingSlashes(std::string_view path) {
   while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
   return path;
 }
-
-}  // namespace
 
 std::string_view lastComponent(std::string_view path) {
   path = withoutTrailingSlashes(path);

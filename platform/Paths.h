@@ -7,6 +7,9 @@
 
 namespace kr::paths {
 
+// "/a//" -> "/a"; "/" and "//" -> "/".
+[[nodiscard]] std::string_view withoutTrailingSlashes(std::string_view path);
+
 // "/a/b.app" -> "b.app"; slashes at the end do not count; "/" -> "/"; "" -> "".
 [[nodiscard]] std::string_view lastComponent(std::string_view path);
 

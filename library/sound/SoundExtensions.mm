@@ -147,7 +147,8 @@ std::optional<float> numberIn(id setting) {
 - (NSString*)soundEffectDeviceID {
   const std::optional<std::string> bytes = kr::files::contents(kAudioSettings);
   NSDictionary* settings = bytes ? kr::propertyListDictionary(*bytes) : nil;
-  return kr::soundEffectDeviceInSettings(settings, kr::isOfLevel(kr::SystemLevel::yosemiteOrNewer), ::getuid());
+  return kr::soundEffectDeviceInSettings(settings, kr::isOfLevel(kr::SystemLevel::yosemiteOrNewer),
+                                         ::getuid());
 }
 
 - (void)listAudioDevices {

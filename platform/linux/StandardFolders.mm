@@ -26,9 +26,7 @@ class DesktopFolders final : public StandardFolders {
  public:
   std::string home() override {
     if (const char* path = std::getenv("HOME"); path != nullptr && *path == '/') {
-      std::string folder = path;
-      while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
-      return folder;
+      return std::string(paths::withoutTrailingSlashes(path));
     }
     return databaseHome();
   }

@@ -295,6 +295,11 @@ TEST_F(InstallApplicationRefusals, AnItemInTheWayThatHoldsTheInstaller) {
   expectRefused("ERROR -- Could not copy auxiliary item to " + applicationsFolder_ + "/Tools", wrapper_);
 }
 
+TEST_F(InstallApplicationRefusals, AWrapperForAMissingFolderThatCannotBeListed) {
+  destination_ = scratch_ / "Missing/P.app";
+  expectRefused("ERROR -- Could not copy wrapper to " + scratch_ / "Missing", scratch_.file("no folder"));
+}
+
 TEST_F(InstallApplicationRefusals, AnItemInTheWayToWhichTheEntryLinks) {
   scratch_.file("Applications/Data/file");
   scratch_.folder("disk/Wrapper");
@@ -323,6 +328,14 @@ class InstallApplicationOnDisk : public InstallApplicationBase {
 
   const std::string trash_ = scratch_ / "data/Trash/files";
 };
+
+TEST_F(InstallApplicationOnDisk, AnInstallerInTheCopyThatTheWrapperReplacesIsNoReasonToRefuse) {
+  scratch_.file("disk/Wrapper/P.app/old");
+  program_.bundle = scratch_.folder("Applications/P.app/VelmoraInstaller.app");
+  EXPECT_EQ(install(scratch_ / "disk/Wrapper"), 0);
+  EXPECT_TRUE(files::exists(destination_));
+  EXPECT_FALSE(files::exists(destination_ + "/old"));
+}
 
 TEST_F(InstallApplicationOnDisk, TheOldCopyIsInTheTrashAndTheNewOneInItsPlace) {
   scratch_.file("Applications/P.app/old", "old");

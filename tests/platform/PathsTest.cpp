@@ -21,6 +21,13 @@ constexpr Row kRows[] = {{"/a/b.app", "b.app", "/a", "app", "/a/b"},
                          {"a.b.c", "a.b.c", "", "c", "a.b"},
                          {"/dotted.folder/name", "name", "/dotted.folder", "", "/dotted.folder/name"}};
 
+TEST(Paths, SlashesAtTheEndAreTakenAway) {
+  EXPECT_EQ(withoutTrailingSlashes("/a/b//"), "/a/b");
+  EXPECT_EQ(withoutTrailingSlashes("//"), "/");
+  EXPECT_EQ(withoutTrailingSlashes("a"), "a");
+  EXPECT_EQ(withoutTrailingSlashes(""), "");
+}
+
 TEST(Paths, ComponentsAndExtensions) {
   for (const Row& row : kRows) {
     EXPECT_EQ(lastComponent(row.path), row.lastComponent) << row.path;

@@ -155,9 +155,10 @@ void TreeCopier::finishOne(Folder& folder) {
 }
 
 void TreeCopier::fail(const Problem& problem, const std::string& path) {
-  std::string full = paths::joined(problem.side == Side::source ? sourcePath_ : destinationPath_, path);
-  while (full.size() > 1 && full.back() == '/') full.pop_back();
-  failure_.set({problem.step, full, {problem.error, std::generic_category()}});
+  const std::string full = paths::joined(problem.side == Side::source ? sourcePath_ : destinationPath_, path);
+  failure_.set({problem.step,
+                std::string(paths::withoutTrailingSlashes(full)),
+                {problem.error, std::generic_category()}});
 }
 
 Buffer& TreeCopier::buffer(int worker) {
