@@ -6,10 +6,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/Authorization.h"
+#include "platform/linux/ChildSignalGuard.h"
 
 namespace kr::platform::testing {
 
@@ -48,12 +50,14 @@ class InMemoryAuthorization final : public Authorization {
       std::string call = "execute " + std::string(path);
       for (; *arguments != nullptr; ++arguments) call += " [" + std::string(*arguments) + "]";
       owner_.calls_.push_back(call);
+      childSignal_.emplace();
       if (owner_.executeStatus == kAuthorized && owner_.tool && ::fork() == 0) ::_exit(owner_.tool());
       return owner_.executeStatus;
     }
 
    private:
     InMemoryAuthorization& owner_;
+    std::optional<ChildSignalGuard> childSignal_;  // the end of the tool is the caller's to wait for
   };
 
   std::vector<std::string>& calls_;
