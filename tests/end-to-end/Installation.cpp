@@ -111,11 +111,13 @@ void Installation::type(const std::string& key) {
   (void)std::system(("timeout 5 xdotool keydown " + key + " sleep 0.1 keyup " + key).c_str());
 }
 
-void Installation::click(int x, int y) {
+void Installation::click(int x, int y, const std::string& held) {
   const auto id = window();
   if (!id) return;
+  const std::string down = held.empty() ? "" : " keydown " + held + " sleep 0.1";
+  const std::string up = held.empty() ? "" : " sleep 0.5 keyup " + held;
   (void)std::system(("timeout 5 xdotool mousemove --window " + *id + " " + std::to_string(x) + " " +
-                     std::to_string(y) + " sleep 0.1 mousedown 1 sleep 0.1 mouseup 1")
+                     std::to_string(y) + " sleep 0.1" + down + " mousedown 1 sleep 0.1 mouseup 1" + up)
                         .c_str());
 }
 
@@ -128,16 +130,6 @@ void Installation::press(const std::string& key) {
                               " sleep 0.1 keyup " + key;
   // The window may go in the middle of it; whoever presses waits for what follows.
   (void)std::system((command + " 2>/dev/null").c_str());
-}
-
-void Installation::clickInstallWithOption() {
-  const auto id = window();
-  ASSERT_TRUE(id);
-  // The button lies in the lower right corner of a window that has one size.
-  const std::string command =
-      "timeout 5 xdotool windowactivate --sync " + *id + " mousemove --window " + *id +
-      " 486 367 sleep 0.2 keydown Alt_L sleep 0.1 mousedown 1 sleep 0.1 mouseup 1 sleep 0.5" + " keyup Alt_L";
-  EXPECT_EQ(std::system(command.c_str()), 0);
 }
 
 void Installation::install(const std::string& product, const std::string& destination, const Lines& more) {

@@ -32,8 +32,13 @@ class Installation : public ::testing::Test {
   // Presses a key in whichever window has the focus.
   static void type(const std::string& key);
 
-  // Clicks into the installer's window, so far from its left upper corner.
-  void click(int x, int y);
+  // Clicks into the installer's window, so far from its left upper corner, while a key is held where one is
+  // named.
+  void click(int x, int y, const std::string& held = {});
+
+  // The middle of the Install button, in a window of the size that it always has.
+  static constexpr int kInstallX = 486;
+  static constexpr int kInstallY = 367;
 
   // Identifiers of the installer's windows: its window, and a sheet on it.
   [[nodiscard]] static Lines windows();
@@ -41,9 +46,6 @@ class Installation : public ::testing::Test {
   // The installer's wait status, once it has ended; none when it still runs after that time.
   [[nodiscard]] std::optional<int> ended(double seconds = 15) { return installer_->wait(seconds); }
   void signal(int number) { installer_->signal(number); }
-
-  // Clicks Install while Option is held.
-  void clickInstallWithOption();
 
   // Starts the installer on a product and presses Install.
   void install(const std::string& product, const std::string& destination, const Lines& more = {});

@@ -203,7 +203,7 @@ TEST_F(PrivilegedInstallation, OptionOnInstallHasTheToolCopyWhereTheUserMayWrite
   startPolkit(kAllow);
   startAsUser(std::nullopt);
   expectLine("Updated arguments: ");
-  clickInstallWithOption();
+  click(kInstallX, kInstallY, "Alt_L");
   EXPECT_EQ(logUntil("successfully copied"),
             (Lines{"Install", "enforcing authorization", "successfully copied"}));
 }
@@ -213,7 +213,7 @@ TEST_F(Installation, OptionOnInstallEnforcesAuthorization) {
   const std::string destination = scratch_.folder("Applications") + "/Small.app";
   start({"-sourcePath", smallApplication(scratch_ / "Small.app"), "-destinationPath", destination});
   expectLine("Updated arguments: ");
-  clickInstallWithOption();
+  click(kInstallX, kInstallY, "Alt_L");
   expectFailed(kError);
   EXPECT_TRUE(logHas("enforcing authorization"));
   EXPECT_TRUE(logHas("could not ask for administrator rights: no system bus"));

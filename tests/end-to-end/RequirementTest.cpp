@@ -15,9 +15,6 @@ namespace kr::testing {
 namespace {
 
 constexpr const char* kArchive = "https://www.velmora.example/downloads/archive/";
-// Where the default button of the window is.
-constexpr int kInstallX = 486;
-constexpr int kInstallY = 367;
 
 class Requirement : public Installation {
  protected:
