@@ -69,17 +69,19 @@ void Child::signal(int number) const {
 std::optional<int> Child::wait(double seconds) {
   if (pid_ <= 0) return std::nullopt;
   int status = 0;
-  const bool ended = eventually([&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; }, seconds);
+  pid_t answer = 0;
+  const bool ended = eventually([&] { return (answer = ::waitpid(pid_, &status, WNOHANG)) != 0; }, seconds);
   if (!ended) return std::nullopt;
+  const bool isOurs = answer == pid_;
   pid_ = 0;
-  return status;
+  return isOurs ? std::optional(status) : std::nullopt;
 }
 
 void Child::stop() noexcept {
   if (pid_ <= 0) return;
   signal(SIGTERM);
   signal(SIGCONT);
-  if (wait(1.0)) return;
+  if (wait(1.0) || pid_ == 0) return;
   signal(SIGKILL);
   if (!wait(5.0)) pid_ = 0;
 }

@@ -25,7 +25,8 @@ class Child {
 
   void signal(int number) const;
 
-  // Takes the child's end: its wait status. Waits at most so long; none when it still runs.
+  // Takes the child's end: its wait status. Waits at most so long; none when it still runs, and when somebody
+  // else in this program has taken it, as the toolkit takes that of any child once it has had one of its own.
   std::optional<int> wait(double seconds);
 
   // Asks it to end, waits a little, then kills it.
