@@ -85,21 +85,43 @@ class Installation {
     if (isInside(nearest, wrapper_.identity)) return refusedWrapper("the destination lies inside it");
     auto items = files::entries(wrapper_.folder.get());
     if (!items) return refusedWrapper("it cannot be listed");
-    items_ = std::move(*items);
-    if (!way_.parent) return std::nullopt;
+    for (std::string& name : *items) {
+      if (isViewSetting(name)) continue;
+      if (name.front() == '.') return refusedWrapper(name + " is hidden");
+      items_.push_back(std::move(name));
+    }
     for (const std::string& name : items_) {
-      if (name == destination_.name) continue;
-      Item item;
-      if (Checked refused = look(beside(name), item)) return refused;
-      if (!item.identity) continue;
-      if (item.isMountPoint) return refusedWrapper("something is mounted at " + beside(name).path);
-      for (const Tree* kept : {&source_, &wrapper_}) {
-        if (isInside(kept->folder.get(), *item.identity)) {
-          return refusedWrapper(kept->path + " would be deleted with " + beside(name).path);
-        }
+      if (Checked refused = checkItem(name)) return refused;
+    }
+    return std::nullopt;
+  }
+
+  Checked checkItem(const std::string& name) {
+    const Entry place = beside(name);
+    const auto refusedAsSystem = [&] {
+      return refusedWrapper(place.path + " is the system's own, or holds what is");
+    };
+    if (way_.system.isKeptName(place.path)) return refusedAsSystem();
+    if (!way_.parent) return std::nullopt;
+    Item item;
+    if (Checked refused = look(place, item)) return refused;
+    if (!item.identity || isProduct(name, item)) return std::nullopt;
+    if (way_.system.isKept(*item.identity)) return refusedAsSystem();
+    if (item.isMountPoint) return refusedWrapper("something is mounted at " + place.path);
+    for (const Tree* kept : {&source_, &wrapper_}) {
+      if (isInside(kept->folder.get(), *item.identity)) {
+        return refusedWrapper(kept->path + " would be deleted with " + place.path);
       }
     }
     return std::nullopt;
+  }
+
+  // How a file manager shows the wrapper, and under which name: of no use to a folder that has its own.
+  static bool isViewSetting(std::string_view name) { return name == ".DS_Store" || name == ".localized"; }
+
+  // Whether the wrapper's item is for the place of the product itself, perhaps by a name in other capitals.
+  [[nodiscard]] bool isProduct(const std::string& name, const Item& item) const {
+    return name == destination_.name || (existing_ && item.identity == existing_);
   }
 
   // The wrapper becomes the parent folder.
@@ -115,9 +137,9 @@ class Installation {
   // The product itself may be among the items: the source is the one that counts.
   Checked placeItems() {
     for (const std::string& name : items_) {
-      if (name == destination_.name) continue;
       Item item;
       if (Checked refused = look(beside(name), item)) return refused;
+      if (isProduct(name, item)) continue;
       const Entry from{wrapper_.folder.get(), name, paths::joined(wrapper_.path, name)};
       if (Checked refused = place(from, beside(name), item.identity, true)) return refused;
     }
@@ -158,7 +180,7 @@ class Installation {
   Way way_;
   Tree source_;
   Tree wrapper_;                    // when one was asked for
-  std::vector<std::string> items_;  // of the wrapper
+  std::vector<std::string> items_;  // of the wrapper, without view settings
   std::optional<Identity> existing_;
 };
 

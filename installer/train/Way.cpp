@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
 
 #include "platform/Paths.h"
@@ -12,31 +11,9 @@
 namespace kr::train {
 namespace {
 
+using platform::replace::Identity;
+using platform::replace::Place;
 using platform::replace::SystemFolder;
-
-struct Known {
-  platform::replace::Identity identity;
-  bool isClosed;
-};
-
-// Known by what they are, not by how they are spelt: a volume can be mounted twice, and names need not tell
-// capitals.
-std::vector<Known> identify(std::span<const SystemFolder> systemFolders) {
-  std::vector<Known> known;
-  for (const SystemFolder& folder : systemFolders) {
-    struct stat status {};
-    if (::stat(folder.path, &status) == 0) {
-      known.push_back({{status.st_dev, status.st_ino}, folder.isClosed});
-    }
-  }
-  return known;
-}
-
-// A folder that does not exist is known by its name alone.
-bool isClosedName(const std::string& path, std::span<const SystemFolder> systemFolders) {
-  return std::any_of(systemFolders.begin(), systemFolders.end(),
-                     [&](const SystemFolder& known) { return known.isClosed && path == known.path; });
-}
 
 Refusal unreachable(const std::string& path) {
   return {Status::destinationUnreachable,
@@ -53,9 +30,11 @@ Checked openWay(const std::vector<std::string>& folders, Way& way,
   way = {};
   way.parent = platform::replace::openFolder(AT_FDCWD, "/");
   if (!way.parent) return unreachable("/");
+  way.system = SystemPlaces(systemFolders);
   std::string path = "/";
-  const std::vector<Known> known = identify(systemFolders);
-  bool isOfSystem = false;
+  Identity above;
+  bool isClosed = false;
+  bool isOpenBelow = false;
   for (const std::string& name : folders) {
     path = paths::joined(path, name);
     way.above = std::move(way.parent);
@@ -71,13 +50,17 @@ Checked openWay(const std::vector<std::string>& folders, Way& way,
     if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0) {
       return refused(path, "can be changed by everybody");
     }
-    const platform::replace::Identity identity{status.st_dev, status.st_ino};
-    for (const Known& folder : known) {
-      if (folder.identity == identity) isOfSystem = folder.isClosed;
-    }
+    const Identity identity{status.st_dev, status.st_ino};
+    way.system.enter(above, way.parent.get(), path);
+    const std::optional<Place> place = way.system.placeOf(identity);
+    if (place) isClosed = *place == Place::closed;
+    isOpenBelow = place == Place::openBelow;
+    above = identity;
   }
-  if (!way.parent) isOfSystem = isOfSystem || isClosedName(path, systemFolders);
-  if (isOfSystem) return refused(path, "is the system's own");
+  // A folder that does not exist is known by its name alone.
+  if (!way.parent) isClosed = isClosed || way.system.isKeptName(path);
+  if (isClosed) return refused(path, "is the system's own");
+  if (isOpenBelow && way.parent) return refused(path, "has room for products only in its folders");
   return std::nullopt;
 }
 

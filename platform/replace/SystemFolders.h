@@ -1,19 +1,23 @@
-// Folders whose contents the system acts upon: programs, libraries, settings, services. Nothing that comes
-// with a product has a place there.
+// Folders whose contents the system, or a user's session, acts upon: programs, libraries, settings, services,
+// homes. Nothing that comes with a product has a place there.
 #pragma once
 
 #include <span>
 
 namespace kr::platform::replace {
 
-struct SystemFolder {
-  const char* path;
-  // True for a folder of the system, with all below it; false for one below such a folder that is open to
-  // products again, with all below it.
-  bool isClosed;
+enum class Place {
+  closed,     // the folder with all below it
+  openBelow,  // no product lies directly in it, as what lies there is not a product's; below it they may
+  open,       // the folder with all below it, in a folder that is not
 };
 
-// Not every folder exists on every machine.
+struct SystemFolder {
+  const char* path;  // a component "*" stands for each folder that is there
+  Place place;
+};
+
+// Not every folder exists on every machine. Those with a "*" come after all others.
 [[nodiscard]] std::span<const SystemFolder> systemFolders() noexcept;
 
 }  // namespace kr::platform::replace

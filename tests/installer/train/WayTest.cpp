@@ -10,6 +10,7 @@
 namespace kr::train {
 namespace {
 
+using platform::replace::Place;
 using platform::replace::SystemFolder;
 using platform::replace::systemFolders;
 
@@ -102,12 +103,44 @@ TEST_F(WayToADestination, IsRefusedWhereItCannotBeGone) {
 }
 
 TEST_F(WayToADestination, EndsInNoFolderOfTheSystem) {
-  for (const char* path : {"/usr", "/usr/lib", "/usr/bin", "/etc", "/var/lib", "/dev", "/proc", "/usr/share",
-                           "/usr/local/bin", "/usr/local/lib", "/usr/missing", "/usr/local/libexec"}) {
+  for (const char* path :
+       {"/usr", "/usr/lib", "/usr/bin", "/etc", "/var/lib", "/dev", "/proc", "/usr/share", "/usr/local/bin",
+        "/usr/local/lib", "/usr/missing", "/usr/local/libexec", "/root"}) {
     EXPECT_EQ(statusOf(path), Status::destinationRefused) << path;
   }
-  for (const char* path : {"/usr/local", "/opt", "/home", "/var/tmp", "/tmp", "/usr/local/missing"}) {
+  for (const char* path : {"/opt", "/var/tmp", "/tmp", "/usr/local/missing", "/home/missing"}) {
     EXPECT_EQ(statusOf(path), Status::installed) << path;
+  }
+}
+
+TEST_F(WayToADestination, EndsInNoFolderThatProductsLieOnlyBelow) {
+  for (const char* path : {"/usr/local", "/home", "/srv", "/var/opt", "/var/local", "/media", "/mnt"}) {
+    EXPECT_EQ(statusOf(path), Status::destinationRefused) << path;
+  }
+  const std::string homes = scratch_.folder("homes");
+  const std::string missing = scratch_ / "missing";
+  const std::vector<SystemFolder> folders{{homes.c_str(), Place::openBelow},
+                                          {missing.c_str(), Place::openBelow}};
+  ASSERT_TRUE(open(homes, folders));
+  EXPECT_EQ(open(homes, folders)->reason, homes + " has room for products only in its folders");
+  EXPECT_EQ(statusOf(missing, folders), Status::destinationRefused);
+  EXPECT_EQ(statusOf(homes + "/missing", folders), Status::installed);
+  EXPECT_EQ(statusOf(scratch_.folder("homes/bob"), folders), Status::installed);
+}
+
+TEST_F(WayToADestination, EndsInNoFolderOfAUsersSettings) {
+  scratch_.folder("homes/bob/Library/Agents");
+  scratch_.folder("homes/bob/Applications");
+  scratch_.folder("homes/eve");
+  const std::string homes = scratch_ / "homes";
+  const std::string library = homes + "/*/Library";
+  const std::vector<SystemFolder> folders{{homes.c_str(), Place::openBelow},
+                                          {library.c_str(), Place::closed}};
+  for (const char* path : {"/bob/Library", "/bob/Library/Agents", "/eve/Library"}) {
+    EXPECT_EQ(statusOf(homes + path, folders), Status::destinationRefused) << path;
+  }
+  for (const char* path : {"/bob/Applications", "/eve", "/eve/Applications"}) {
+    EXPECT_EQ(statusOf(homes + path, folders), Status::installed) << path;
   }
 }
 
@@ -120,8 +153,10 @@ TEST_F(WayToADestination, KnowsFoldersOfTheSystemByWhatTheyAre) {
   const std::string open = scratch_ / "name/open";
   const std::string closed = scratch_ / "name/open/closed";
   const std::string missing = scratch_ / "system/open/missing";
-  const std::vector<SystemFolder> folders{
-      {system.c_str(), true}, {open.c_str(), false}, {closed.c_str(), true}, {missing.c_str(), true}};
+  const std::vector<SystemFolder> folders{{system.c_str(), Place::closed},
+                                          {open.c_str(), Place::open},
+                                          {closed.c_str(), Place::closed},
+                                          {missing.c_str(), Place::closed}};
   EXPECT_EQ(statusOf(scratch_ / "system", folders), Status::destinationRefused);
   EXPECT_EQ(statusOf(scratch_ / "system/inner", folders), Status::destinationRefused);
   EXPECT_EQ(statusOf(scratch_ / "system/new", folders), Status::destinationRefused);

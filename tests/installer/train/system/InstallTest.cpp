@@ -202,6 +202,26 @@ TEST_F(Train, TakesTheSourceForAProductThatIsInTheWrapperToo) {
   EXPECT_EQ(entries(to_), (Lines{"P.app", "item"}));
 }
 
+TEST_F(Train, LeavesTheWrappersViewSettingsOut) {
+  scratch_.file("P Folder/.DS_Store", "of the wrapper");
+  scratch_.file("P Folder/.localized", "of the wrapper");
+  scratch_.file("P Folder/item", "new");
+  scratch_.file("to/.DS_Store", "stays");
+  ASSERT_EQ(run({product("P.app", "new"), destination_, scratch_ / "P Folder"}), Status::installed) << errors;
+  EXPECT_EQ(entries(to_), (Lines{".DS_Store", "P.app", "item"}));
+  EXPECT_EQ(readFile(to_ + "/.DS_Store"), "stays");
+}
+
+TEST_F(Train, TakesAnItemForTheProductThatIsTheOldOneByAnotherName) {
+  scratch_.file("to/P.app", "a file of two names");
+  ASSERT_EQ(::link(destination_.c_str(), (to_ + "/p.APP").c_str()), 0);
+  scratch_.file("P Folder/p.APP", "of the wrapper");
+  const std::string source = product("P.app", "new");
+  ASSERT_EQ(run({source, destination_, scratch_ / "P Folder"}), Status::installed) << errors;
+  EXPECT_EQ(fileTree(destination_), installed(source));
+  EXPECT_EQ(readFile(to_ + "/p.APP"), "a file of two names");
+}
+
 TEST_F(Train, InstallsAProductThatLiesInItsWrapper) {
   const std::string source = product("P Folder/P.app", "new");
   scratch_.file("P Folder/item", "new");

@@ -1,4 +1,5 @@
 // What the tool refuses before it touches anything.
+#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -12,6 +13,15 @@ namespace {
 class TrainRefusal : public TrainTest {
  protected:
   TrainRefusal() : source_(product("P.app", "new")) { product("to/P.app", "old"); }
+
+  // The same for places that are the machine's own: where the tool does not refuse, it gets no further.
+  void expectRefusedOnTheSystem(const Lines& words, Status status,
+                                const std::function<void()>& prepare = {}) {
+    const auto stop = [](const WatchedCall&) { return Verdict::fail(EROFS); };
+    EXPECT_EQ(runWatched(words, {SYS_mkdirat}, stop, prepare), status)
+        << ::testing::PrintToString(words) << errors;
+    EXPECT_TRUE(errors.starts_with("train: " + std::string(train::meaning(status)))) << errors;
+  }
 
   const std::string source_;
 };
@@ -112,6 +122,56 @@ TEST_F(TrainRefusal, OfAWrapperInAFolderOfTheSystem) {
   expectRefused({source_, "/etc/P.app", scratch_ / "etc"}, Status::destinationRefused);
   scratch_.file("sbin/ls");
   expectRefused({source_, "/usr/local/sbin/P.app", scratch_ / "sbin"}, Status::destinationRefused);
+}
+
+TEST_F(TrainRefusal, OfAWrapperBesideFoldersOfTheSystemOrOfUsers) {
+  scratch_.file("w/bin/ls");
+  scratch_.folder("w/bob");
+  for (const char* parent :
+       {"/usr/local", "/home", "/srv", "/var/opt", "/var/local", "/media", "/mnt", "/root"}) {
+    expectRefusedOnTheSystem({source_, std::string(parent) + "/P.app", scratch_ / "w"},
+                             Status::destinationRefused);
+  }
+}
+
+TEST_F(TrainRefusal, OfAWrapperWithAnItemThatIsOrHoldsAFolderOfTheSystem) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root may mount";
+  // The root folder by another name, which none of its paths shows; the tool alone sees it.
+  const std::string root = scratch_.folder("root");
+  const auto mountRoot = [&] {
+    if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        ::mount("/", root.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+      ::_exit(98);
+    }
+  };
+  for (const char* item : {"usr", "var", "home"}) {
+    const std::string wrapper = std::string("wrapper of ") + item;
+    scratch_.folder(wrapper + "/" + item);
+    expectRefusedOnTheSystem({source_, root + "/P.app", scratch_ / wrapper}, Status::wrapperRefused,
+                             mountRoot);
+    EXPECT_NE(errors.find("is the system's own, or holds what is"), std::string::npos) << errors;
+  }
+}
+
+TEST_F(TrainRefusal, OfAWrapperWithAnItemInTheNameOfASystemFolderThatIsMissing) {
+  const std::string home = "/home/velmora-train-test";
+  if (::mkdir(home.c_str(), 0755) != 0) GTEST_SKIP() << "only root may make a home";
+  scratch_.folder("w/bin");
+  scratch_.folder("v/GNUstep");
+  expectRefusedOnTheSystem({source_, home + "/P.app", scratch_ / "w"}, Status::wrapperRefused);
+  expectRefusedOnTheSystem({source_, home + "/P.app", scratch_ / "v"}, Status::wrapperRefused);
+  expectRefusedOnTheSystem({source_, home + "/bin/P.app", scratch_ / "w"}, Status::destinationRefused);
+  EXPECT_EQ(entries(home), Lines{});
+  ::rmdir(home.c_str());
+}
+
+TEST_F(TrainRefusal, OfAWrapperWithAHiddenItem) {
+  for (const char* item : {".bashrc", ".ssh/authorized_keys", ".DS_Store2", "..."}) {
+    const std::string wrapper = std::string("wrapper of ") + item[1];
+    scratch_.file(wrapper + "/" + item);
+    expectRefused({source_, destination_, scratch_ / wrapper}, Status::wrapperRefused);
+    expectRefused({source_, to_ + "/new/P.app", scratch_ / wrapper}, Status::wrapperRefused);
+  }
 }
 
 TEST_F(TrainRefusal, OfAPlaceAtWhichSomethingIsMounted) {
