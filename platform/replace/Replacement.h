@@ -39,8 +39,9 @@ struct Outcome {
 [[nodiscard]] Outcome replaceEntry(const Entry& source, const Entry& destination,
                                    const std::optional<Identity>& existing);
 
-// Clears away what killed replacements of the same user have left in an open folder; an old item that one of
-// them had moved aside gets its name back unless the name is taken.
+// Clears away what killed replacements of the same user have left in an open folder; an item that one of
+// them had moved aside gets its name back unless the name is taken. What is neither a copy of theirs nor the
+// item that they were to replace stays, with the hidden folder.
 void clearLeftovers(int folder);
 
 }  // namespace kr::platform::replace

@@ -148,6 +148,61 @@ TEST_F(TrainFailure, OfWhatEveryProcessNeeds) {
   expectUnchanged(Status::unsettled);
 }
 
+// Something else than what was looked at comes back from the exchange, and cannot get its name back. Where
+// nothing can be moved aside either, it stays in the hidden folder, whatever else is run.
+TEST_F(TrainFailure, LosesNothingOfOthersThatItCannotGiveBack) {
+  for (const bool canMoveAside : {false, true}) {
+    const std::string moved = to_ + (canMoveAside ? "/moved again" : "/moved");
+    int exchanges = 0;
+    bool isExchanged = false;
+    EXPECT_EQ(runWatched({source_, destination_}, {SYS_syncfs, SYS_renameat2, SYS_mkdirat},
+                         [&](const WatchedCall& call) {
+                           if (call.number == SYS_syncfs) {
+                             EXPECT_EQ(::rename(destination_.c_str(), moved.c_str()), 0);
+                             scratch_.file("to/P.app/somebody's", moved);
+                             isExchanged = true;
+                           } else if (call.number == SYS_mkdirat) {
+                             return isExchanged && !canMoveAside ? Verdict::fail(ENOSPC) : Verdict::pass();
+                           } else if (call.arguments[4] == RENAME_EXCHANGE && ++exchanges == 2) {
+                             return Verdict::fail(EIO);
+                           }
+                           return Verdict::pass();
+                         }),
+              Status::exchangeFailed);
+    EXPECT_EQ(exchanges, 2);
+    // The name is taken at the next run, so that nothing is put back.
+    EXPECT_EQ(run({source_, destination_}), Status::installed) << errors;
+    std::string found;
+    for (const auto& [path, line] : fileTree(to_)) {
+      if (path.starts_with("/.velmora-replace-") && path.ends_with("/somebody's")) found = path;
+    }
+    ASSERT_NE(found, "") << ::testing::PrintToString(entries(to_));
+    EXPECT_EQ(readFile(to_ + found), moved);
+    removeAll(to_ + found.substr(0, found.find('/', 1)));
+  }
+}
+
+// The same when the tool is killed before it has seen what came back.
+TEST_F(TrainFailure, LosesNothingOfOthersWhenKilledAfterTheExchange) {
+  bool isExchanged = false;
+  EXPECT_EQ(runWatched({source_, destination_}, {SYS_syncfs, SYS_renameat2, SYS_newfstatat},
+                       [&](const WatchedCall& call) {
+                         if (call.number == SYS_syncfs) {
+                           EXPECT_EQ(::rename(destination_.c_str(), (to_ + "/moved").c_str()), 0);
+                           scratch_.file("to/P.app/somebody's", "own");
+                         } else if (isExchanged) {
+                           return Verdict::kill();
+                         }
+                         isExchanged = call.number == SYS_renameat2 && call.arguments[4] == RENAME_EXCHANGE;
+                         return Verdict::pass();
+                       }),
+            std::nullopt);
+  EXPECT_EQ(run({source_, destination_}), Status::installed) << errors;
+  bool isFound = false;
+  for (const auto& [path, line] : fileTree(to_)) isFound |= path.ends_with("/somebody's");
+  EXPECT_TRUE(isFound) << ::testing::PrintToString(entries(to_));
+}
+
 TEST_F(TrainFailure, LeavesWhatHasTakenTheNameMeanwhile) {
   // Something appears where there was nothing.
   const std::string other = to_ + "/Q.app";
