@@ -1,6 +1,7 @@
 #include "installer/train/Surroundings.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -27,6 +28,13 @@ bool openStandardStreams() noexcept {
     if (::open("/dev/null", O_RDWR) != stream) return false;
   }
   return true;
+}
+
+// Started with the rights of root by way of the file's mode, a process is still its user's in part: they may
+// send it signals, and it has their groups.
+bool becomeRootAltogether() noexcept {
+  if (::geteuid() != 0) return true;
+  return ::setgroups(0, nullptr) == 0 && ::setgid(0) == 0 && ::setuid(0) == 0;
 }
 
 void setSignal(int number, void (*effect)(int)) noexcept {
@@ -62,7 +70,7 @@ void widen(Resource resource, rlim_t wanted) noexcept {
 }  // namespace
 
 bool settle() noexcept {
-  if (!openStandardStreams()) return false;
+  if (!openStandardStreams() || !becomeRootAltogether()) return false;
   resetSignals();
   for (const auto resource : kLimits) widen(resource, RLIM_INFINITY);
   widen(RLIMIT_NOFILE, kOpenFiles);

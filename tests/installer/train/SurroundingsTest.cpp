@@ -1,6 +1,7 @@
 #include "installer/train/Surroundings.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <signal.h>
@@ -52,6 +53,32 @@ TEST(Surroundings, OpenStandardStreamsStay) {
                         char byte = 1;
                         return ::read(1, &byte, 1) == 1 && byte == 0;
                       }));
+}
+
+TEST(Surroundings, WhoeverHasTheRightsOfRootIsRootAltogether) {
+  const bool isRoot = ::geteuid() == 0;
+  gid_t before[64] = {};
+  const int count = ::getgroups(64, before);
+  EXPECT_TRUE(settled(
+      [&] {
+        const gid_t group = 1234;
+        if (isRoot && (::setgroups(1, &group) != 0 || ::setresgid(1234, 1234, 1234) != 0 ||
+                       ::setresuid(1234, 0, 1234) != 0)) {
+          ::_exit(98);
+        }
+      },
+      [&] {
+        uid_t users[3] = {};
+        gid_t groups[3] = {};
+        ::getresuid(&users[0], &users[1], &users[2]);
+        ::getresgid(&groups[0], &groups[1], &groups[2]);
+        const uid_t user = isRoot ? 0 : ::geteuid();
+        const gid_t group = isRoot ? 0 : ::getegid();
+        for (const int kind : {0, 1, 2}) {
+          if (users[kind] != user || groups[kind] != group) return false;
+        }
+        return ::getgroups(0, nullptr) == (isRoot ? 0 : count);
+      }));
 }
 
 TEST(Surroundings, SignalsHaveTheirUsualEffectAndNoneIsBlocked) {

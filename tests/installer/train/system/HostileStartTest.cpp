@@ -3,8 +3,10 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 
 #include "tests/installer/train/system/TrainTest.h"
@@ -128,6 +130,26 @@ TEST_F(TrainStartedHostilely, WithLimitsThatOnlyRootMayWiden) {
   expectInstalledOrUnchanged([] { limit(RLIMIT_STACK, 128UL << 10, 128UL << 10); });
   expectInstalledOrUnchanged([] { limit(RLIMIT_AS, 3UL << 20, 3UL << 20); });
   expectInstalledOrUnchanged([] { limit(RLIMIT_NPROC, 0, 0); });
+}
+
+TEST_F(TrainStartedHostilely, WithTheRightsOfRootThatItCannotMakeItsOwn) {
+  const std::vector<long> kinds{SYS_setgroups, SYS_setgid, SYS_setuid};
+  for (const long kind : kinds) {
+    int calls = 0;
+    const FileTree before = fileTree(scratch_.path());
+    const auto status = runWatched({source_, destination_}, kinds, [&](const WatchedCall& call) {
+      ++calls;
+      return call.number == kind ? Verdict::fail(EPERM) : Verdict::pass();
+    });
+    if (::geteuid() == 0) {
+      EXPECT_EQ(status, Status::unsettled) << kind;
+      EXPECT_TRUE(errors.starts_with("train: " + std::string(train::meaning(Status::unsettled)))) << errors;
+      EXPECT_EQ(fileTree(scratch_.path()), before);
+    } else {
+      EXPECT_EQ(status, Status::installed) << errors;
+      EXPECT_EQ(calls, 0);
+    }
+  }
 }
 
 TEST_F(TrainStartedHostilely, InAFolderThatHasGone) {
