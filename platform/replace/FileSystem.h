@@ -25,8 +25,8 @@ struct Entry {
 // Whether something is mounted there.
 [[nodiscard]] bool isMountPoint(const Entry& entry) noexcept;
 
-// Takes the access lists away that a new folder has inherited, so that it passes none on.
-[[nodiscard]] std::error_code removeInheritedAccessLists(int folder) noexcept;
+// Takes the access lists away that a new item has got from elsewhere: a folder passes none on then.
+[[nodiscard]] std::error_code removeInheritedAccessLists(int item) noexcept;
 
 // Copies a file, a link or a folder with all that is in it to a name that is not taken, in a folder that
 // nobody else may enter. No link is followed; anything else than these three is a failure. The copy is a part

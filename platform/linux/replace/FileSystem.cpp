@@ -60,8 +60,8 @@ bool isMountPoint(const Entry& entry) noexcept {
          ::fstat(entry.folder, &folder) == 0 && item.st_dev != folder.st_dev;
 }
 
-std::error_code removeInheritedAccessLists(int folder) noexcept {
-  return copy::removeInheritedAccessLists(folder);
+std::error_code removeInheritedAccessLists(int item) noexcept {
+  return copy::removeInheritedAccessLists(item);
 }
 
 std::optional<Failure> copyEntry(const Entry& source, const Entry& destination) {

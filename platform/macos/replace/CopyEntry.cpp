@@ -126,10 +126,13 @@ class Copy {
     return std::nullopt;
   }
 
-  // Anybody but root keeps what is theirs. A clone has the flags of its source, and some of them keep
-  // everything else from being changed.
+  // Anybody but root keeps what is theirs. A clone has the access list and the flags of its source, and some
+  // of the flags keep everything else from being changed.
   std::optional<Failure> giveToSystem(int copy) {
     if (::fchflags(copy, 0) != 0 && errno != ENOTSUP) return failure("set flags of", destination_);
+    if (const std::error_code error = removeInheritedAccessLists(copy)) {
+      return Failure{"take the access list from", destination_.path, error};
+    }
     if (::fchown(copy, 0, 0) != 0 && errno != EPERM) return failure("set owner of", destination_);
     if (::fchmod(copy, status_.st_mode & 07777 & ~kForbidden) != 0)
       return failure("set mode of", destination_);

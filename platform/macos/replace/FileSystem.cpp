@@ -29,10 +29,10 @@ bool isMountPoint(const Entry& entry) noexcept {
          ::fstat(entry.folder, &folder) == 0 && item.st_dev != folder.st_dev;
 }
 
-std::error_code removeInheritedAccessLists(int folder) noexcept {
+std::error_code removeInheritedAccessLists(int item) noexcept {
   const acl_t none = ::acl_init(0);
   if (none == nullptr) return lastError();
-  const std::error_code error = ::acl_set_fd(folder, none) == 0 ? std::error_code{} : lastError();
+  const std::error_code error = ::acl_set_fd(item, none) == 0 ? std::error_code{} : lastError();
   ::acl_free(none);
   // A file system without access lists passes none on.
   return error == std::errc::not_supported ? std::error_code{} : error;
