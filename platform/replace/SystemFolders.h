@@ -17,7 +17,7 @@ struct SystemFolder {
   Place place;
 };
 
-// Not every folder exists on every machine. Those with a "*" come after all others.
+// Not every folder exists on every machine.
 [[nodiscard]] std::span<const SystemFolder> systemFolders() noexcept;
 
 }  // namespace kr::platform::replace

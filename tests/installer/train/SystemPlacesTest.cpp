@@ -5,9 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstring>
-
 #include "tests/support/ScratchFolder.h"
 
 namespace kr::train {
@@ -81,14 +78,6 @@ TEST_F(WhatIsTheSystems, IsInTheHomeThatAWayGoesThrough) {
   enter("eve");
   EXPECT_TRUE(system_.isKeptName(scratch_ / "homes/eve/library"));
   EXPECT_FALSE(system_.isKeptName(scratch_ / "homes/eve/Applications"));
-}
-
-TEST(SystemFolders, WithOnePlaceForEachComeLast) {
-  const auto folders = platform::replace::systemFolders();
-  const auto isForEach = [](const SystemFolder& folder) { return std::strchr(folder.path, '*') != nullptr; };
-  EXPECT_TRUE(std::is_partitioned(folders.begin(), folders.end(),
-                                  [&](const SystemFolder& folder) { return !isForEach(folder); }));
-  EXPECT_TRUE(isForEach(folders.back()));
 }
 
 }  // namespace
