@@ -1,13 +1,13 @@
 #include "platform/linux/AppleEventInbox.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cstring>
-#include <fstream>
 #include <future>
 #include <thread>
 
@@ -46,13 +46,10 @@ struct Event {
 };
 using Events = std::vector<Event>;
 
-// Kilobytes of memory that this process has.
-long memory() {
-  std::ifstream file("/proc/self/status");
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("VmRSS:")) return std::stol(line.substr(6));
-  }
-  return 0;
+// Bytes of memory that this process uses.
+std::size_t memory() {
+  const auto used = ::mallinfo2();
+  return used.uordblks + used.hblkhd;
 }
 
 class Inbox : public ::testing::Test {
@@ -208,32 +205,28 @@ TEST_F(InboxOnABus, TextThatIsNotUTF8DoesNotArriveAndEndsNothing) {
 }
 
 TEST_F(InboxOnABus, AFloodIsTakenInTurnsAndKeptOutOfMemory) {
-  constexpr int kCount = 10'000;
+  constexpr int kCount = 5'000;
   handlingTime_ = 100us;  // as long as logging and showing something takes
   open();
-  const long before = memory();
-  long most = before;
+  const std::size_t before = memory();
+  std::size_t most = before;
   kr::testing::Child flood({KR_EVENT_FLOOD, std::to_string(::getpid()), std::to_string(kClass),
                             std::to_string(kID), std::string(2000, 'x'), std::to_string(kCount)});
   EXPECT_EQ(flood.wait(30), 0) << "whoever sends does not wait for who receives";
   int received = 0;
   int turns = 0;
-  auto longest = 0ns;
   EXPECT_TRUE(kr::testing::eventually(
       [&] {
-        const auto start = std::chrono::steady_clock::now();
         inbox_.work(5ms);
-        longest = std::max<std::chrono::nanoseconds>(longest, std::chrono::steady_clock::now() - start);
-        most = std::max(most, memory());
         received += static_cast<int>(events_.size());
         events_.clear();
+        most = std::max(most, memory());
         ++turns;
         return received == kCount;
       },
       60));
-  EXPECT_LT(longest, 100ms) << "one turn is short";
-  EXPECT_GT(turns, 5) << "all of them in one turn";
-  EXPECT_LT(most - before, 8 * 1024) << "of the 20 megabytes that were sent";
+  EXPECT_GT(turns, 50) << "a turn is short";
+  EXPECT_LT(most - before, 4UL << 20) << "of the 10 megabytes that were sent";
 }
 
 TEST_F(InboxOnABus, TheEndOfTheBusEndsTheInboxAndNothingElse) {
