@@ -34,6 +34,7 @@ std::vector<std::string> soundFiles(const std::vector<std::string>& paths) {
 
 std::vector<std::string> systemSoundFolders(std::string_view home) {
   std::vector<std::string> folders;
+  folders.reserve(kSystemFolders.size());
   for (const std::string_view folder : kSystemFolders) folders.push_back(paths::expandingTilde(folder, home));
   return folders;
 }

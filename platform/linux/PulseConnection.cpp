@@ -1,5 +1,7 @@
 #include "platform/linux/PulseConnection.h"
 
+#include <memory>
+
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Program.h"
@@ -61,8 +63,8 @@ PulseConnection* PulseConnection::shared() noexcept {
   static PulseConnection* const connection = []() -> PulseConnection* {
     const PulseLibrary* pulse = PulseLibrary::get();
     if (pulse == nullptr) return nullptr;
-    auto* const made = new PulseConnection(*pulse);
-    return made->startLoop() ? made : nullptr;
+    std::unique_ptr<PulseConnection> made(new PulseConnection(*pulse));
+    return made->startLoop() ? made.release() : nullptr;
   }();
   return connection;
 }

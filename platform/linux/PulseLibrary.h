@@ -21,6 +21,7 @@ struct PulseLibrary {
   PulseLibrary() noexcept;
 
   SharedLibrary library;
+// What is declared has the name as it stands. NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define KR_PULSE(name) decltype(&::pa_##name) name = library.function<decltype(::pa_##name)>("pa_" #name)
   KR_PULSE(context_connect);
   KR_PULSE(context_disconnect);

@@ -32,6 +32,7 @@ struct Library {
   }
 
   SharedLibrary library{"libsndfile.so.1"};
+// What is declared has the name as it stands. NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define KR_SNDFILE(name) decltype(&::sf_##name) name = library.function<decltype(::sf_##name)>("sf_" #name)
   KR_SNDFILE(close);
   KR_SNDFILE(open_virtual);
@@ -63,7 +64,7 @@ struct Memory {
   static sf_count_t read(void* target, sf_count_t count, void* context) {
     Memory& memory = *static_cast<Memory*>(context);
     const sf_count_t taken = std::clamp<sf_count_t>(count, 0, memory.size() - memory.place);
-    std::memcpy(target, memory.bytes.data() + memory.place, static_cast<std::size_t>(taken));
+    if (taken > 0) std::memcpy(target, memory.bytes.data() + memory.place, static_cast<std::size_t>(taken));
     memory.place += taken;
     return taken;
   }
