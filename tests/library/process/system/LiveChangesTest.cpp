@@ -11,6 +11,7 @@
 #include "tests/support/ReportingProgram.h"
 #include "tests/support/TestApplication.h"
 #include "tests/support/WakeUps.h"
+#include "tests/support/WindowView.h"
 
 namespace kr {
 namespace {
@@ -75,6 +76,20 @@ TEST_F(LiveChanges, AnotherFrontApplicationIsToldAndAnotherWindowOfTheSameIsNot)
   EXPECT_TRUE(monitor.isSilent(0.3));
   activate("C");
   EXPECT_TRUE(monitor.writes("front 0 "));
+}
+
+TEST_F(LiveChanges, ThatNoApplicationIsInFrontForAWhileIsNoChange) {
+  TestApplication one(folder, "One.app", {}, {"window", "A"});
+  testing::WindowView view;
+  ASSERT_TRUE(eventually([&] { return view.active() == "A"; }));
+  ReportingProgram monitor(KR_PROCESS_MONITOR);
+  testing::Child away({"xdotool", "search", "--name", "^A$", "windowminimize"});
+  ASSERT_TRUE(away.wait(10.0));
+  ASSERT_TRUE(eventually([&] { return view.active().empty(); })) << view.active();
+  testing::Child back({"xdotool", "search", "--name", "^A$", "windowactivate"});
+  ASSERT_TRUE(back.wait(10.0));
+  ASSERT_TRUE(eventually([&] { return view.active() == "A"; }));
+  EXPECT_TRUE(monitor.isSilent(0.3));
 }
 
 TEST_F(LiveChanges, AFurtherWindowIsNoLaunchAndAClosedOneNoEnd) {
