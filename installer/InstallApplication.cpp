@@ -84,7 +84,9 @@ int InstallApplication(const std::string& givenSource, const std::string& givenD
   if (givenWrapper) {
     const std::string wrapper = files::resolved(*givenWrapper).value_or(*givenWrapper);
     if (const auto hazard = hazardOfWrapper(wrapper, source, destination)) {
-      logFailure(files::exists(parent) ? kCouldNotCopyItem : kCouldNotCopyWrapper, hazard->path, *hazard);
+      const bool hasFolder = files::exists(parent);
+      logFailure(hasFolder ? kCouldNotCopyItem : kCouldNotCopyWrapper, hasFolder ? hazard->path : parent,
+                 *hazard);
       return kCopyFailed;
     }
     if (!placeWrapper(wrapper, parent)) return kCopyFailed;

@@ -264,7 +264,7 @@ TEST_F(InstallApplicationRefusals, AWrapperThatWouldBeCopiedIntoItself) {
   destination_ = wrapper_ + "/Inner/Q.app";
   expectRefused(line + wrapper_ + "/Inner", wrapper_);
   destination_ = wrapper_ + "/not/there/Q.app";
-  expectRefused(line + wrapper_ + "/not/there", wrapper_);
+  expectRefused("ERROR -- Could not copy wrapper to " + wrapper_ + "/not/there", wrapper_);
   ASSERT_EQ(::symlink(wrapper_.c_str(), (scratch_ / "link").c_str()), 0);
   destination_ = scratch_ / "link/Q.app";
   expectRefused(line + scratch_ / "link", wrapper_);
