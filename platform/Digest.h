@@ -3,11 +3,27 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <string_view>
 
 namespace kr::platform {
 
-// The MD5 digest of the bytes. It names things; it protects nothing.
-[[nodiscard]] std::array<std::uint8_t, 16> md5(std::string_view bytes);
+using MD5Digest = std::array<std::uint8_t, 16>;
+
+// Takes bytes; called as often as there are more.
+using TakeBytes = std::function<void(std::string_view)>;
+
+// The MD5 digest of all bytes that `produce` hands to the function it is called with. It names things; it
+// protects nothing.
+[[nodiscard]] MD5Digest md5(const std::function<void(const TakeBytes&)>& produce);
+
+// The MD5 digest of the bytes.
+[[nodiscard]] inline MD5Digest md5(std::string_view bytes) {
+  return md5([bytes](const TakeBytes& take) { take(bytes); });
+}
+
+// The digest as 32 lower-case hexadecimal digits.
+[[nodiscard]] std::string hexadecimal(const MD5Digest& digest);
 
 }  // namespace kr::platform

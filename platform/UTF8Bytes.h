@@ -2,6 +2,8 @@
 // UTF-8 stands as the lone surrogate U+DC00 + byte (0xDC80 to 0xDCFF) among the units.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,8 +11,14 @@ namespace kr::platform {
 
 [[nodiscard]] std::u16string utf16FromBytes(std::string_view bytes);
 
+// The text that valid UTF-8 stands for; none where a byte is not part of it.
+[[nodiscard]] std::optional<std::u16string> utf16FromUTF8(std::string_view bytes);
+
 // Lone surrogates from 0xDC80 to 0xDCFF become their byte again; any other lone surrogate becomes U+FFFD.
 [[nodiscard]] std::string bytesFromUTF16(std::u16string_view units);
+
+// The same bytes in parts, for texts of which nobody needs a second copy. Every character is within one part.
+void forEachUTF8Part(std::u16string_view units, const std::function<void(std::string_view)>& call);
 
 // The same text with U+FFFD in place of every lone surrogate.
 [[nodiscard]] std::u16string withoutLoneSurrogates(std::u16string_view units);

@@ -1,7 +1,6 @@
 #include "library/process/HashStringSource.h"
 
 #include "platform/Digest.h"
-#include "platform/Format.h"
 
 namespace kr {
 
@@ -12,9 +11,7 @@ std::string hashStringSource(std::string_view identifier, std::string_view signa
 }
 
 std::string hashString(std::string_view source) {
-  std::string text;
-  for (const std::uint8_t byte : platform::md5(source)) text += formatted("%02x", byte);
-  return text;
+  return platform::hexadecimal(platform::md5(source));
 }
 
 }  // namespace kr

@@ -43,5 +43,42 @@ TEST(UTF8Bytes, AnyBytesSurviveTheRoundTrip) {
   }
 }
 
+TEST(UTF8Bytes, StrictDecodingTakesValidTextOnly) {
+  EXPECT_EQ(utf16FromUTF8("aé€😀"), u"aé€😀");
+  EXPECT_EQ(utf16FromUTF8(""), u"");
+  for (const std::string bytes : {"\x80", "\xC3", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+                                  "a\xFF", "x\xC3(\xE2\x28\xA1"}) {
+    EXPECT_EQ(utf16FromUTF8(bytes), std::nullopt);
+  }
+}
+
+// Blocks of ASCII go another way than characters one by one: every place of a change from one to the other.
+TEST(UTF8Bytes, CharactersOfEveryLengthStandAtEveryPlace) {
+  for (const std::u16string_view character : {u"a", u"é", u"€", u"😀", u"\U0010FFFF", u"\x7F", u"\x80"}) {
+    for (std::size_t place = 0; place < 130; ++place) {
+      const std::u16string text =
+          std::u16string(place, u'x') + std::u16string(character) + std::u16string(130 - place, u'y');
+      const std::string bytes = bytesFromUTF16(text);
+      ASSERT_EQ(bytes, std::string(place, 'x') + bytesFromUTF16(character) + std::string(130 - place, 'y'));
+      ASSERT_EQ(utf16FromUTF8(bytes), text);
+      ASSERT_EQ(utf16FromBytes(bytes), text);
+    }
+  }
+}
+
+TEST(UTF8Bytes, PartsHoldWholeCharacters) {
+  std::mt19937 random(21);
+  for (const std::size_t shift : {0U, 1U}) {
+    std::u16string text(shift, u'x');
+    while (text.size() < 20000) text += random() % 4 == 0 ? u"a" : u"😀";
+    std::string joined;
+    forEachUTF8Part(text, [&joined](std::string_view part) {
+      EXPECT_NE(utf16FromUTF8(part), std::nullopt);
+      joined += part;
+    });
+    EXPECT_EQ(utf16FromUTF8(joined), text);
+  }
+}
+
 }  // namespace
 }  // namespace kr::platform
