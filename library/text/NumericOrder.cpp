@@ -1,39 +1,76 @@
 #include "library/text/NumericOrder.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+#include "library/text/CodePoints.h"
+#include "platform/CaseFolding.h"
 
 namespace kr {
 namespace {
 
-bool isDigit(char16_t unit) {
+constexpr bool isDigit(char16_t unit) {
   return unit >= u'0' && unit <= u'9';
 }
 
-// Takes the run of digits off the front of the text: its digits without leading zeros.
-std::u16string_view takeNumber(std::u16string_view& text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
-  std::u16string_view number = text.substr(0, static_cast<std::size_t>(end - text.begin()));
-  text.remove_prefix(number.size());
-  number.remove_prefix(std::min(number.find_first_not_of(u'0'), number.size()));
-  return number;
+// Takes the digits that the text begins with off its front.
+std::u16string_view takeDigits(std::u16string_view& text) {
+  std::size_t length = 0;
+  while (length < text.size() && isDigit(text[length])) ++length;
+  const std::u16string_view digits = text.substr(0, length);
+  text.remove_prefix(length);
+  return digits;
+}
+
+std::strong_ordering orderOfNumbers(std::u16string_view one, std::u16string_view other) {
+  for (std::u16string_view* digits : {&one, &other}) {
+    digits->remove_prefix(std::min(digits->find_first_not_of(u'0'), digits->size()));
+  }
+  if (one.size() != other.size()) return one.size() <=> other.size();
+  return one.compare(other) <=> 0;
+}
+
+// The length of what both texts begin with.
+std::size_t equalLength(std::u16string_view one, std::u16string_view other) {
+  constexpr std::size_t kBlock = 256;
+  const std::size_t shorter = std::min(one.size(), other.size());
+  std::size_t length = 0;
+  while (length + kBlock <= shorter &&
+         std::memcmp(one.data() + length, other.data() + length, kBlock * sizeof(char16_t)) == 0) {
+    length += kBlock;
+  }
+  while (length < shorter && one[length] == other[length]) ++length;
+  return length;
+}
+
+// The same, taken back to the start of the number or the pair of surrogates that it ends within.
+std::size_t commonLength(std::u16string_view one, std::u16string_view other) {
+  std::size_t length = equalLength(one, other);
+  if (length == 0) return 0;
+  if (startsWithPair(one.substr(length - 1)) || startsWithPair(other.substr(length - 1))) return length - 1;
+  while (length > 0 && isDigit(one[length - 1])) --length;
+  return length;
 }
 
 }  // namespace
 
-std::weak_ordering numericOrder(std::u16string_view one, std::u16string_view other) noexcept {
-  while (!one.empty() && !other.empty()) {
-    if (isDigit(one.front()) && isDigit(other.front())) {
-      const std::u16string_view number = takeNumber(one);
-      const std::u16string_view otherNumber = takeNumber(other);
-      if (number.size() != otherNumber.size()) return number.size() <=> otherNumber.size();
-      if (number != otherNumber) return number <=> otherNumber;
-    } else {
-      if (one.front() != other.front()) return one.front() <=> other.front();
-      one.remove_prefix(1);
-      other.remove_prefix(1);
+std::strong_ordering numericOrder(std::u16string_view one, std::u16string_view other) {
+  for (;;) {
+    const std::size_t common = commonLength(one, other);
+    one.remove_prefix(common);
+    other.remove_prefix(common);
+    if (one.empty() || other.empty()) return one.size() <=> other.size();
+    if (!isDigit(one.front()) || !isDigit(other.front())) {
+      return codePointAt(one, 0) <=> codePointAt(other, 0);
     }
+    const std::strong_ordering order = orderOfNumbers(takeDigits(one), takeDigits(other));
+    if (order != 0) return order;
   }
-  return one.size() <=> other.size();
+}
+
+std::strong_ordering caseInsensitiveNumericOrder(std::u16string_view one, std::u16string_view other) {
+  return numericOrder(platform::foldedCase(one), platform::foldedCase(other));
 }
 
 }  // namespace kr

@@ -1,4 +1,4 @@
-// The order of texts in which a number counts by its value: "file 9" stands before "file 10". Any thread.
+// The order of texts with numbers in them. Any thread.
 #pragma once
 
 #include <compare>
@@ -6,9 +6,13 @@
 
 namespace kr {
 
-// Runs of the digits 0 to 9 compare by value, however long they are; all else compares by character code, and
-// a beginning of another text stands before it. Texts that differ in leading zeros alone are equivalent.
-// Every two texts can be compared, and the order is transitive.
-[[nodiscard]] std::weak_ordering numericOrder(std::u16string_view one, std::u16string_view other) noexcept;
+// Compares from the start: where both texts have decimal digits, the whole runs of digits by their value, of
+// any length and whatever zeros they begin with; all else by code point. A text that the other one begins
+// with comes first. So "a9" comes before "a10", and "a09" is equal to "a9".
+[[nodiscard]] std::strong_ordering numericOrder(std::u16string_view one, std::u16string_view other);
+
+// The same without regard to case, which the system folds.
+[[nodiscard]] std::strong_ordering caseInsensitiveNumericOrder(std::u16string_view one,
+                                                               std::u16string_view other);
 
 }  // namespace kr
