@@ -53,24 +53,45 @@ std::size_t commonLength(std::u16string_view one, std::u16string_view other) {
   return length;
 }
 
-}  // namespace
-
-std::strong_ordering numericOrder(std::u16string_view one, std::u16string_view other) {
+// None where the order depends on what follows the texts. Where nothing follows it always decides.
+std::optional<std::strong_ordering> decide(std::u16string_view one, std::u16string_view other,
+                                           bool somethingFollows) {
   for (;;) {
     const std::size_t common = commonLength(one, other);
     one.remove_prefix(common);
     other.remove_prefix(common);
+    // The last unit may be half of a pair.
+    if (somethingFollows && (one.size() < 2 || other.size() < 2)) return std::nullopt;
     if (one.empty() || other.empty()) return one.size() <=> other.size();
     if (!isDigit(one.front()) || !isDigit(other.front())) {
       return codePointAt(one, 0) <=> codePointAt(other, 0);
     }
-    const std::strong_ordering order = orderOfNumbers(takeDigits(one), takeDigits(other));
+    const std::u16string_view number = takeDigits(one);
+    const std::u16string_view otherNumber = takeDigits(other);
+    if (somethingFollows && (one.empty() || other.empty())) return std::nullopt;
+    const std::strong_ordering order = orderOfNumbers(number, otherNumber);
     if (order != 0) return order;
   }
 }
 
+}  // namespace
+
+std::strong_ordering numericOrder(std::u16string_view one, std::u16string_view other) {
+  return *decide(one, other, false);
+}
+
+std::optional<std::strong_ordering> numericOrderOfBeginnings(std::u16string_view one,
+                                                             std::u16string_view other) {
+  return decide(one, other, true);
+}
+
 std::strong_ordering caseInsensitiveNumericOrder(std::u16string_view one, std::u16string_view other) {
   return numericOrder(platform::foldedCase(one), platform::foldedCase(other));
+}
+
+std::optional<std::strong_ordering> caseInsensitiveNumericOrderOfBeginnings(std::u16string_view one,
+                                                                            std::u16string_view other) {
+  return numericOrderOfBeginnings(platform::foldedCase(one), platform::foldedCase(other));
 }
 
 }  // namespace kr

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <compare>
+#include <optional>
 #include <string_view>
 
 namespace kr {
@@ -11,8 +12,14 @@ namespace kr {
 // with comes first. So "a9" comes before "a10", and "a09" is equal to "a9".
 [[nodiscard]] std::strong_ordering numericOrder(std::u16string_view one, std::u16string_view other);
 
-// The same without regard to case, which the system folds.
+// The order of two texts that begin with these; none where the beginnings do not decide it.
+[[nodiscard]] std::optional<std::strong_ordering> numericOrderOfBeginnings(std::u16string_view one,
+                                                                           std::u16string_view other);
+
+// The same two without regard to case, which the system folds.
 [[nodiscard]] std::strong_ordering caseInsensitiveNumericOrder(std::u16string_view one,
                                                                std::u16string_view other);
+[[nodiscard]] std::optional<std::strong_ordering> caseInsensitiveNumericOrderOfBeginnings(
+    std::u16string_view one, std::u16string_view other);
 
 }  // namespace kr

@@ -47,7 +47,7 @@ std::size_t trailingSystemWhitespace(std::u16string_view text) {
   return trailing(text, platform::isSpaceOrLineBreak);
 }
 
-std::u16string asSingleLine(std::u16string_view text) {
+std::optional<std::u16string> asSingleLine(std::u16string_view text) {
   std::u16string line;
   line.reserve(text.size());
   for (std::size_t index = 0; index < text.size();) {
@@ -61,6 +61,7 @@ std::u16string asSingleLine(std::u16string_view text) {
   }
   line.erase(0, leadingSystemWhitespace(line));
   line.erase(line.size() - trailingSystemWhitespace(line));
+  if (line == text) return std::nullopt;
   return line;
 }
 

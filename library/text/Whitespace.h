@@ -28,7 +28,7 @@ namespace kr {
 [[nodiscard]] std::size_t trailingSystemWhitespace(std::u16string_view text);
 
 // The text with a space in place of every character of the control character set (line breaks, tabs, but also
-// format characters such as U+200D), then trimmed as the system trims.
-[[nodiscard]] std::u16string asSingleLine(std::u16string_view text);
+// format characters such as U+200D), then trimmed as the system trims. None when that changes nothing.
+[[nodiscard]] std::optional<std::u16string> asSingleLine(std::u16string_view text);
 
 }  // namespace kr

@@ -7,6 +7,8 @@
 
 #import <Foundation/Foundation.h>
 
+#include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,12 +23,35 @@ namespace kr {
   return toNSString(std::string_view(bytes));
 }
 
+// A string of its own, that may be changed.
+[[nodiscard]] NSMutableString* toNSMutableString(std::u16string_view units);
+
 // nil for no text.
 [[nodiscard]] NSString* toNSString(const std::optional<std::string>& bytes);
 
 // The empty text for nil.
 [[nodiscard]] std::string toBytes(NSString* string);
 [[nodiscard]] std::u16string toUTF16(NSString* string);
+
+// The units of a string, or of a range within it, to look at: a short text takes no memory from the heap, a
+// long one is copied once. nil has no units. The range must lie within the string.
+class UTF16Text {
+ public:
+  explicit UTF16Text(NSString* string) : UTF16Text(string, NSMakeRange(0, [string length])) {}
+  UTF16Text(NSString* string, NSRange range);
+  UTF16Text(const UTF16Text&) = delete;
+  UTF16Text& operator=(const UTF16Text&) = delete;
+
+  // Valid for as long as this object is.
+  [[nodiscard]] std::u16string_view view() const { return {units_, length_}; }
+  operator std::u16string_view() const { return view(); }  // NOLINT: it is one
+
+ private:
+  std::array<char16_t, 128> few_;
+  std::unique_ptr<char16_t[]> many_;
+  char16_t* units_;
+  std::size_t length_;
+};
 
 // No text for nil.
 [[nodiscard]] std::optional<std::string> toOptionalBytes(NSString* string);

@@ -8,10 +8,25 @@ NSString* toNSString(std::u16string_view units) {
   NSString* string = [NSString stringWithCharacters:reinterpret_cast<const unichar*>(units.data())
                                              length:units.size()];
   if (string != nil) return string;
-  // Some constructors refuse lone surrogates; formatting unit by unit does not.
-  NSMutableString* built = [NSMutableString stringWithCapacity:units.size()];
-  for (const char16_t unit : units) [built appendFormat:@"%C", static_cast<unichar>(unit)];
+  // Some constructors refuse lone surrogates; putting them into a string that is there already works.
+  const std::u16string valid = platform::withoutLoneSurrogates(units);
+  NSMutableString* built =
+      [NSMutableString stringWithCharacters:reinterpret_cast<const unichar*>(valid.data())
+                                     length:valid.size()];
+  for (std::size_t index = 0; index < units.size(); ++index) {
+    if (units[index] == valid[index]) continue;
+    NSString* surrogate = [[NSString alloc] initWithFormat:@"%C", static_cast<unichar>(units[index])];
+    [built replaceCharactersInRange:NSMakeRange(index, 1) withString:surrogate];
+    [surrogate release];
+  }
   return [NSString stringWithString:built];
+}
+
+NSMutableString* toNSMutableString(std::u16string_view units) {
+  NSMutableString* string = [NSMutableString stringWithCapacity:units.size()];
+  // A mutable copy has no lone surrogates everywhere.
+  [string setString:toNSString(units)];
+  return string;
 }
 
 NSString* toNSString(std::string_view bytes) {
@@ -30,8 +45,15 @@ std::u16string toUTF16(NSString* string) {
   return units;
 }
 
+// NOLINTNEXTLINE: the units are written before anybody reads them
+UTF16Text::UTF16Text(NSString* string, NSRange range) : length_(string == nil ? 0 : range.length) {
+  if (length_ > few_.size()) many_.reset(new char16_t[length_]);
+  units_ = many_ ? many_.get() : few_.data();
+  if (length_ > 0) [string getCharacters:reinterpret_cast<unichar*>(units_) range:range];
+}
+
 std::string toBytes(NSString* string) {
-  return platform::bytesFromUTF16(toUTF16(string));
+  return platform::bytesFromUTF16(UTF16Text(string));
 }
 
 std::optional<std::string> toOptionalBytes(NSString* string) {

@@ -115,6 +115,26 @@ TEST(NumericOrder, IsTheOrderOfListsOfNumbersAndCharacters) {
   }
 }
 
+TEST(NumericOrderOfBeginnings, IsThatOfTheTextsOrNone) {
+  testing::RandomTexts texts(9);
+  int decided = 0;
+  for (int round = 0; round < 200000; ++round) {
+    const std::u16string one = texts.of(u"019aB\xD83D\xDE00", 8);
+    const std::u16string other = texts.of(u"019aB\xD83D\xDE00", 8);
+    const std::size_t length = texts.number(9);
+    const auto order = numericOrderOfBeginnings(one.substr(0, length), other.substr(0, length));
+    if (!order) continue;
+    ++decided;
+    ASSERT_EQ(*order, numericOrder(one, other));
+    const auto folded =
+        caseInsensitiveNumericOrderOfBeginnings(one.substr(0, length), other.substr(0, length));
+    if (folded) ASSERT_EQ(*folded, caseInsensitiveNumericOrder(one, other));
+  }
+  EXPECT_GT(decided, 50000);
+  EXPECT_EQ(numericOrderOfBeginnings(u"a1", u"a2"), std::nullopt) << "digits may follow";
+  EXPECT_EQ(numericOrderOfBeginnings(u"a1x", u"a2x"), std::strong_ordering::less);
+}
+
 TEST(CaseInsensitiveNumericOrder, DoesNotSeeCase) {
   EXPECT_EQ(caseInsensitiveNumericOrder(u"Version 9", u"vERSION 10"), std::strong_ordering::less);
   EXPECT_EQ(caseInsensitiveNumericOrder(u"ABC10", u"abc10"), std::strong_ordering::equal);

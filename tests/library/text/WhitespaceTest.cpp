@@ -41,8 +41,8 @@ TEST(SystemWhitespace, IsTheSpacesAndLineBreaksOfUnicode) {
 TEST(AsSingleLine, PutsASpaceForEveryControlCharacterAndTrims) {
   EXPECT_EQ(asSingleLine(u"\r\na\r\nb\tc\x01\n"), u"a  b c");
   EXPECT_EQ(asSingleLine(u"a\x7F\u0085z"), u"a  z");
-  EXPECT_EQ(asSingleLine(u""), u"");
   EXPECT_EQ(asSingleLine(u"\n \t"), u"");
+  EXPECT_EQ(asSingleLine(u"a\u3000"), u"a");
 }
 
 TEST(AsSingleLine, CountsFormatCharactersAmongThem) {
@@ -51,10 +51,10 @@ TEST(AsSingleLine, CountsFormatCharactersAmongThem) {
   EXPECT_EQ(asSingleLine(u"a\U000E0067b"), u"a b") << "a pair of surrogates is one character";
 }
 
-TEST(AsSingleLine, LeavesAllElse) {
-  EXPECT_EQ(asSingleLine(u"a  b\u00A0c\u2028d"), u"a  b\u00A0c\u2028d");
-  const std::u16string lone{u'a', 0xDC00, 0xD800, u'b', 0xD800};
-  EXPECT_EQ(asSingleLine(lone), lone);
+TEST(AsSingleLine, IsNoneWhenNothingChanges) {
+  EXPECT_EQ(asSingleLine(u""), std::nullopt);
+  EXPECT_EQ(asSingleLine(u"a  b\u00A0c\u2028d"), std::nullopt);
+  EXPECT_EQ(asSingleLine(std::u16string{u'a', 0xDC00, 0xD800, u'b', 0xD800}), std::nullopt);
 }
 
 }  // namespace
