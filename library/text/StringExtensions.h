@@ -151,3 +151,12 @@ extern NSString* const KREscapeCharacters;
 - (BOOL)matchesWildcardPattern:(NSString*)pattern;
 
 @end
+
+@interface NSString (StringExtensionsRegex)
+
+// With the word boundaries of Unicode. In the template "$" and a number stand for what a group has matched,
+// and a backslash takes the next character literally. A bad pattern is logged and gives the receiver.
+- (NSString*)stringByReplacingOccurrencesOfRegexPattern:(NSString*)pattern
+                                           withTemplate:(NSString*)replacement;
+
+@end
