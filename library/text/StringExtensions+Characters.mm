@@ -35,7 +35,8 @@
 }
 
 - (id)initWithUTF32Character:(uint32_t)character {
-  [self release];
+  // Another constructor makes the string; the system's own may refuse lone surrogates.
+  [[self init] release];
   return [kr::toNSString(kr::textOfCharacter(character)) retain];
 }
 
@@ -67,7 +68,7 @@
 @implementation NSMutableString (StringExtensionsCharacters)
 
 - (id)initWithUTF32Character:(uint32_t)character {
-  [self release];
+  [[self init] release];
   return [kr::toNSMutableString(kr::textOfCharacter(character)) retain];
 }
 
