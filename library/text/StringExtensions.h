@@ -87,6 +87,39 @@
 
 @end
 
+@interface NSString (StringExtensionsEncodings)
+
+// Of the class that is asked. Without a length the bytes end at the first zero.
++ (id)stringWithMacRomanCString:(const char*)bytes;
++ (id)stringWithMacRomanCString:(const char*)bytes length:(NSUInteger)length;
+
+// That of the byte-order mark; the default where there is none or the file cannot be read.
++ (NSStringEncoding)explicitEncodingOfFile:(NSString*)path defaultEncoding:(NSStringEncoding)defaultEncoding;
+
+// In the encoding of the mark, else as the system takes it, else of "Unicode", "MacRoman", "Latin1" and
+// "UTF8" the one whose text is the most plausible. The mark is no part of the text. nil when the file cannot
+// be read.
++ (NSString*)stringWithBestEncodingFromFile:(NSString*)path;
+
+// How likely the text was decoded in the right encoding, at most 1; the name does not count. That of an empty
+// text is no number.
+- (float)reasonableTextFactor:(NSString*)encodingName;
+
+// The source text of an HTML document, in the encoding that it names, else in ISO Latin-1.
++ (NSString*)stringWithHTML:(NSData*)data;
+
+// Puts the text at the end of a file, which is created where there is none. NO when it cannot be written or
+// the text has no such encoding.
+- (BOOL)appendToFile:(NSString*)path encoding:(NSStringEncoding)encoding;
+
+@end
+
+@interface NSMutableString (StringExtensionsEncodings)
+
++ (id)stringWithMacRomanCString:(const char*)bytes length:(NSUInteger)length;
+
+@end
+
 // Line feed, carriage return, tab and backslash.
 extern NSString* const KREscapeCharacters;
 

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -35,6 +36,30 @@ std::optional<std::vector<std::string>> names(DIR* listing) {
   }
   if (errno != 0) return std::nullopt;
   return names;
+}
+
+constexpr std::size_t kReadAhead = 1 << 20;
+
+// Owns nothing where the path leads to no regular file that can be read.
+posix::FileDescriptor openRegularFile(const std::string& path, struct stat& status) {
+  posix::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  return file;
+}
+
+// Reads on until there are `count` bytes or the file is at its end. False when it cannot be read.
+bool readUpTo(int file, std::size_t count, std::string& bytes) {
+  std::size_t length = bytes.size();
+  bytes.resize(count);
+  while (length < count) {
+    const ssize_t more = ::read(file, bytes.data() + length, count - length);
+    if (more < 0 && errno == EINTR) continue;
+    if (more < 0) return false;
+    if (more == 0) break;
+    length += static_cast<std::size_t>(more);
+  }
+  bytes.resize(length);
+  return true;
 }
 
 }  // namespace
@@ -76,19 +101,37 @@ std::optional<std::vector<std::string>> entries(int folder) {
 }
 
 std::optional<std::string> contents(const std::string& path, std::size_t limit) {
-  const posix::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
-  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  const posix::FileDescriptor file = openRegularFile(path, status);
+  if (!file) return std::nullopt;
+  // One byte more than it says shows that a file has grown.
+  const std::size_t expected = std::min(static_cast<std::size_t>(status.st_size), limit) + 1;
   std::string bytes;
-  char buffer[16384];
-  for (;;) {
-    const ssize_t count = ::read(file.get(), buffer, sizeof buffer);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
-    if (count == 0) return bytes;
-    bytes.append(buffer, static_cast<std::size_t>(count));
+  for (std::size_t wanted = expected;; wanted += kReadAhead) {
+    if (!readUpTo(file.get(), wanted, bytes)) return std::nullopt;
     if (bytes.size() > limit) return std::nullopt;
+    if (bytes.size() < wanted) return bytes;
   }
+}
+
+std::optional<std::string> firstBytes(const std::string& path, std::size_t count) {
+  struct stat status {};
+  const posix::FileDescriptor file = openRegularFile(path, status);
+  std::string bytes;
+  if (!file || !readUpTo(file.get(), count, bytes)) return std::nullopt;
+  return bytes;
+}
+
+bool append(const std::string& path, std::string_view bytes) noexcept {
+  const posix::FileDescriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
+  if (!file) return false;
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(file.get(), bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
 }
 
 bool makeFolders(const std::string& path) noexcept {

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kr::files {
@@ -29,6 +30,13 @@ namespace kr::files {
 
 // The bytes of a file of at most `limit` bytes; none when it cannot be read or is larger.
 [[nodiscard]] std::optional<std::string> contents(const std::string& path, std::size_t limit = 64UL << 20);
+
+// The first bytes of a file, at most `count`; none when it cannot be read.
+[[nodiscard]] std::optional<std::string> firstBytes(const std::string& path, std::size_t count);
+
+// Puts the bytes at the end of a file, which is created where there is none. False when it cannot be opened for
+// writing, or not all could be written.
+[[nodiscard]] bool append(const std::string& path, std::string_view bytes) noexcept;
 
 // Creates the folder and every missing folder above it. False when it is not there afterwards.
 bool makeFolders(const std::string& path) noexcept;

@@ -97,5 +97,34 @@ TEST_F(Files, ResolvedPathsHaveNoLinks) {
   EXPECT_EQ(resolved(scratch_ / "missing"), std::nullopt);
 }
 
+TEST_F(Files, ContentsOfALargeFileAreComplete) {
+  std::string large(3'000'001, 'x');
+  large.back() = 'y';
+  scratch_.file("file", large);
+  EXPECT_EQ(contents(scratch_ / "file"), large);
+  EXPECT_EQ(contents(scratch_ / "file", large.size()), large);
+  EXPECT_EQ(contents(scratch_ / "file", large.size() - 1), std::nullopt);
+  scratch_.file("empty", "");
+  EXPECT_EQ(contents(scratch_ / "empty"), "");
+}
+
+TEST_F(Files, FirstBytesAreThoseThatThereAre) {
+  scratch_.file("file", "abcdef");
+  EXPECT_EQ(firstBytes(scratch_ / "file", 4), "abcd");
+  EXPECT_EQ(firstBytes(scratch_ / "file", 10), "abcdef");
+  EXPECT_EQ(firstBytes(scratch_ / "missing", 4), std::nullopt);
+  EXPECT_EQ(firstBytes(scratch_.path(), 4), std::nullopt);
+}
+
+TEST_F(Files, AppendPutsBytesAtTheEnd) {
+  EXPECT_TRUE(append(scratch_ / "file", "ab"));
+  EXPECT_TRUE(append(scratch_ / "file", ""));
+  EXPECT_TRUE(append(scratch_ / "file", std::string("\0c", 2)));
+  EXPECT_EQ(kr::testing::readFile(scratch_ / "file"), std::string("ab\0c", 4));
+  EXPECT_FALSE(append(scratch_ / "missing/file", "x"));
+  EXPECT_FALSE(append(scratch_.path(), "x"));
+  EXPECT_FALSE(append("/dev/full", "x"));
+}
+
 }  // namespace
 }  // namespace kr::files
