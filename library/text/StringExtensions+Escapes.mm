@@ -1,6 +1,7 @@
 #include "library/text/Escapes.h"
 #include "library/text/PercentEscapes.h"
 #import "library/text/StringExtensions.h"
+#include "platform/HTMLText.h"
 #import "platform/cocoa/Bridging.h"
 
 NSString* const KREscapeCharacters = @"\n\r\t\\";
@@ -21,6 +22,11 @@ NSString* changed(NSString* receiver, std::u16string_view before,
 }  // namespace
 
 @implementation NSString (StringExtensionsEscapes)
+
+- (NSString*)stringByExpandingHTMLEntities {
+  const kr::UTF16Text text(self);
+  return changed(self, text, kr::platform::textOfHTML(text));
+}
 
 - (NSString*)stringWithPercentEscapes {
   const kr::UTF16Text text(self);

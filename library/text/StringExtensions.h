@@ -125,6 +125,10 @@ extern NSString* const KREscapeCharacters;
 
 @interface NSString (StringExtensionsEscapes)
 
+// The plain text of HTML: without tags, with the characters that its references stand for, white space
+// collapsed, and a line for each paragraph. On the main thread.
+- (NSString*)stringByExpandingHTMLEntities;
+
 // As for a URL: escapes that are there are undone first, so that nothing is escaped twice, and "#" stays. The
 // receiver when it has a malformed escape.
 - (NSString*)stringWithPercentEscapes;

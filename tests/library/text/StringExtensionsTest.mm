@@ -194,6 +194,11 @@ TEST_F(StringEscapes, PercentEscapes) {
   }
 }
 
+TEST_F(StringEscapes, HTMLEntities) {
+  EXPECT_EQ(units([@"&lt;caf&eacute;&gt; <b>x</b>" stringByExpandingHTMLEntities]), u"<café> x");
+  for (NSString* same in @[ @"", @"abc", @"a b" ]) EXPECT_EQ([same stringByExpandingHTMLEntities], same);
+}
+
 TEST_F(StringEscapes, Backslashes) {
   EXPECT_EQ(units(KREscapeCharacters), u"\n\r\t\\");
   EXPECT_EQ(units([@"a\tb" stringByEscapingCharacters:KREscapeCharacters]), u"a\\tb");
@@ -296,9 +301,10 @@ TEST_F(StringExtensions, AnyTextGoesThroughEveryOperation) {
       [text UTF16SequenceString], [text UTF32SequenceString], [text emojiStringWithSkinColor:round % 8],
       [text stringWithPercentEscapes], [text stringWithExpandedPercentEscapes],
       [text stringByEscapingCharacters:other], [text stringByExpandingEscapedCharacters:other],
-      [text stringByExpandingEscapedControlCharacters], [NSString stringWithObjCString:text], [text MD5String]
+      [text stringByExpandingEscapedControlCharacters], [text stringByExpandingHTMLEntities],
+      [NSString stringWithObjCString:text], [text MD5String]
     ];
-    EXPECT_EQ([results count], 17U) << "none of them is nil";
+    EXPECT_EQ([results count], 18U) << "none of them is nil";
     [text numericValue];
     [text booleanValue];
     [text smartFloatValue];
