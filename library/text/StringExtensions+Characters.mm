@@ -3,6 +3,7 @@
 #import "library/text/StringExtensions.h"
 #include "library/text/VirtualCharacters.h"
 #include "platform/FourCharacterCode.h"
+#include "platform/KeyboardLayout.h"
 #import "platform/cocoa/Bridging.h"
 
 @implementation NSString (StringExtensionsCharacters)
@@ -52,6 +53,11 @@
   std::vector<std::u16string> texts;
   for (NSString* ligature in ligatures) texts.push_back(kr::toUTF16(ligature));
   kr::defineLigatures(std::move(texts));
+}
+
++ (NSString*)stringWithVirtualKeyCode:(uint16_t)keyCode modifiers:(uint32_t)modifiers {
+  const std::optional<std::u16string> text = kr::platform::textOfKey(keyCode, modifiers);
+  return text ? kr::toNSString(std::u16string_view(*text)) : @"<ERR>";
 }
 
 - (NSString*)emojiStringWithSkinColor:(NSInteger)color {

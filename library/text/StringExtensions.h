@@ -73,6 +73,11 @@
 // The texts of the virtual characters from 0xB0000 on. Before they are used.
 + (void)defineLigatures:(NSArray*)ligatures;
 
+// The text that the key produces in the current keyboard layout with the modifiers of a Carbon event held
+// down (shift is 2, caps lock 4, option 8, control 16); "<ERR>" where that cannot be told. On the main
+// thread.
++ (NSString*)stringWithVirtualKeyCode:(uint16_t)keyCode modifiers:(uint32_t)modifiers;
+
 // Colours 1 to 6, from light to dark, of which 1 and 2 are the same; another number takes the colour away.
 - (NSString*)emojiStringWithSkinColor:(NSInteger)color;
 

@@ -180,6 +180,12 @@ TEST_F(StringCharacters, EmojiStringWithSkinColor) {
   EXPECT_EQ([@"" emojiStringWithSkinColor:3], @"");
 }
 
+TEST_F(StringCharacters, StringWithVirtualKeyCode) {
+  EXPECT_EQ(units([NSString stringWithVirtualKeyCode:0x24 modifiers:0]), u"\r");
+  EXPECT_EQ(units([NSString stringWithVirtualKeyCode:0x38 modifiers:0]), u"");
+  EXPECT_EQ(units([NSString stringWithVirtualKeyCode:0x100 modifiers:0]), u"<ERR>");
+}
+
 TEST_F(StringCharacters, StringWithOSType) {
   EXPECT_EQ(units([NSString stringWithOSType:0x6D6F6F56]), u"mooV");
   EXPECT_EQ(units([NSString stringWithOSType:0xA5A5A5CA]), u"•••\u00A0");
