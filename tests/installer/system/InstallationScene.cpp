@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <system_error>
@@ -275,7 +274,7 @@ void InstallationScene::expectNoStaging() {
   Lines known = kWrapperItems;
   known.push_back(furniture_.product);
   for (const std::string& name : files::entries(applications_).value_or(Lines{})) {
-    EXPECT_NE(std::find(known.begin(), known.end(), name), known.end()) << name;
+    EXPECT_THAT(known, ::testing::Contains(name));
   }
   for (const std::string& name : files::entries(scratch_ / "place").value_or(Lines{})) {
     EXPECT_EQ(name, "Applications");

@@ -3,10 +3,15 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 #include "platform/posix/Files.h"
 #include "tests/support/FileTree.h"
+#include "tests/support/Forked.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace kr::platform {
@@ -114,6 +119,24 @@ TEST_F(Trash, ThatCannotBeMadeLeavesTheItem) {
   EXPECT_EQ(failure->path, scratch_ / "P.app");
   EXPECT_TRUE(failure->step.starts_with("move to the Trash (")) << failure->step;
   EXPECT_TRUE(files::exists(scratch_ / "P.app/file"));
+}
+
+// An item without a note could be restored by nobody.
+TEST_F(Trash, WhoseNoteCannotBeWrittenLeavesTheItem) {
+  for (const std::string& name : {std::string("P.app"), kLongName}) {
+    const std::string path = scratch_ / name;
+    scratch_.file(name + "/file");
+    const auto before = fileTree(path);
+    const int status = kr::testing::inChild([&] {
+      kr::testing::failSystemCall(SYS_write, ENOSPC);
+      const auto failure = moveToTrash(path);
+      return failure && failure->path == path ? failure->error.value() : 0;
+    });
+    EXPECT_EQ(status, W_EXITCODE(ENOSPC, 0));
+    EXPECT_EQ(fileTree(path), before);
+    EXPECT_EQ(files::entries(trash_ + "/files"), Lines{});
+    EXPECT_EQ(files::entries(trash_ + "/info"), Lines{});
+  }
 }
 
 TEST_F(Trash, AnItemThatIsNotThereIsAFailure) {
