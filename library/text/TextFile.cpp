@@ -24,8 +24,7 @@ std::optional<std::u16string> decodedAsUTF16(std::string_view bytes) {
 
 // In this order: of two texts with one score the earlier is kept.
 constexpr std::array<Decode, 4> kCandidates{
-    decodedAsUTF16,
-    [](std::string_view bytes) { return std::optional(decodedMacRoman(bytes)); },
+    decodedAsUTF16, [](std::string_view bytes) { return std::optional(decodedMacRoman(bytes)); },
     [](std::string_view bytes) { return std::optional(decodedLatin1(bytes)); },
     [](std::string_view bytes) { return decodedUnicode(UnicodeForm::utf8, bytes); }};
 
