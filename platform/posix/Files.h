@@ -34,8 +34,8 @@ namespace kr::files {
 // The first bytes of a file, at most `count`; none when it cannot be read.
 [[nodiscard]] std::optional<std::string> firstBytes(const std::string& path, std::size_t count);
 
-// Puts the bytes at the end of a file, which is created where there is none. False when it cannot be opened for
-// writing, or not all could be written.
+// Puts the bytes at the end of a file, which is created where there is none. False when it cannot be opened
+// for writing, or not all could be written.
 [[nodiscard]] bool append(const std::string& path, std::string_view bytes) noexcept;
 
 // Creates the folder and every missing folder above it. False when it is not there afterwards.
