@@ -141,6 +141,7 @@ TEST_F(TrainFailure, OfMemory) {
 #endif
 
 TEST_F(TrainFailure, OfWhatEveryProcessNeeds) {
+  watchesStart = true;
   const auto decide = [](const WatchedCall& call) {
     return call.path() == "/dev/null" ? Verdict::fail(EACCES) : Verdict::pass();
   };

@@ -54,6 +54,7 @@ class TrainTest : public ::testing::Test {
 
   ScratchFolder scratch_;
   std::string errors;
+  bool watchesStart = false;       // also what the tool does before it has settled
   const std::string to_;           // where products are installed
   const std::string destination_;  // in there
 };
