@@ -11,18 +11,16 @@
 #include "platform/Program.h"
 #include "platform/Services.h"
 #include "platform/posix/Files.h"
+#include "platform/posix/LastError.h"
 
 namespace kr {
 namespace {
 
 using platform::Failure;
+using posix::lastError;
 
 // Whether something is the case: none is no, an empty error is yes, and any other one says why nobody knows.
 using Danger = std::optional<std::error_code>;
-
-std::error_code lastError() {
-  return {errno, std::generic_category()};
-}
 
 // A link that leads to itself and a name that is too long lead nowhere either.
 bool meansNothingThere(std::error_code error) {

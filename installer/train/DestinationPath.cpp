@@ -26,7 +26,7 @@ std::string refusalOf(const DestinationPath& destination) {
 
 DestinationPath destinationPath(std::string_view path) {
   DestinationPath destination;
-  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+  path = paths::withoutTrailingSlashes(path);
   if (!path.starts_with('/')) {
     destination.refusal = "it is no full path";
     return destination;

@@ -6,6 +6,9 @@
 
 #include <cerrno>
 
+#include "platform/Paths.h"
+#include "platform/posix/LastError.h"
+
 namespace kr::train {
 namespace {
 
@@ -14,14 +17,13 @@ using platform::replace::Entry;
 using platform::replace::Identity;
 
 std::string reason(const char* step, const std::string& path) {
-  return Failure{step, path, {errno, std::generic_category()}}.text();
+  return Failure{step, path, posix::lastError()}.text();
 }
 
 }  // namespace
 
 Checked openTree(const std::string& path, Status refusal, Tree& tree) {
-  tree.path = path;
-  while (tree.path.size() > 1 && tree.path.back() == '/') tree.path.pop_back();
+  tree.path = paths::withoutTrailingSlashes(path);
   if (!path.starts_with('/')) return Refusal{refusal, path + ": it is no full path"};
   tree.folder.reset(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status {};

@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "platform/Paths.h"
+#include "platform/posix/LastError.h"
 #include "platform/replace/Replacement.h"
 
 namespace kr::train {
@@ -16,8 +17,7 @@ using platform::replace::Place;
 using platform::replace::SystemFolder;
 
 Refusal unreachable(const std::string& path) {
-  return {Status::destinationUnreachable,
-          platform::Failure{"open", path, {errno, std::generic_category()}}.text()};
+  return {Status::destinationUnreachable, platform::Failure{"open", path, posix::lastError()}.text()};
 }
 
 }  // namespace

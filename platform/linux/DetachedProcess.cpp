@@ -10,9 +10,12 @@
 #include <cerrno>
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/LastError.h"
 
 namespace kr::platform {
 namespace {
+
+using posix::lastError;
 
 // Only what is safe between fork and exec in a program with threads: system calls, no memory.
 
@@ -52,10 +55,6 @@ auto uninterrupted(Call call) {
   auto result = call();
   while (result < 0 && errno == EINTR) result = call();
   return result;
-}
-
-std::error_code lastError() {
-  return {errno, std::generic_category()};
 }
 
 }  // namespace

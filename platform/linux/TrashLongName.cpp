@@ -12,6 +12,7 @@
 #include "platform/linux/TrashNote.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/Files.h"
+#include "platform/posix/LastError.h"
 
 namespace kr::platform {
 namespace {
@@ -23,7 +24,7 @@ constexpr int kAttempts = 1000;
 constexpr mode_t kOwnerOnly = 0700;
 
 Failure failed(const std::string& path) {
-  return {"move to the Trash", path, {errno, std::generic_category()}};
+  return {"move to the Trash", path, posix::lastError()};
 }
 
 FileDescriptor folder(const std::string& path) {

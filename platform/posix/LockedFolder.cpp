@@ -9,6 +9,7 @@
 #include <cerrno>
 
 #include "platform/posix/Files.h"
+#include "platform/posix/LastError.h"
 
 namespace kr::posix {
 namespace {
@@ -17,10 +18,6 @@ constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr std::string_view kHexadecimal = "0123456789abcdef";
 constexpr std::size_t kDigits = 16;
 constexpr int kAttempts = 100;
-
-std::error_code lastError() noexcept {
-  return {errno, std::generic_category()};
-}
 
 std::string randomName(std::string_view prefix) {
   unsigned char bytes[kDigits] = {};

@@ -12,22 +12,20 @@
 #include <vector>
 
 #include "platform/posix/Files.h"
+#include "platform/posix/LastError.h"
 #include "platform/posix/LockedFolder.h"
 
 namespace kr::platform::replace {
 namespace {
 
 using posix::FileDescriptor;
+using posix::lastError;
 
 // What the hidden folder holds: the copy, later the old item; and, in a folder of its own and under its own
 // name, an item that had to be moved aside. Before the names of others come into play, both names are
 // followed by the file numbers of copy and old item: whatever else gets here is not this program's to delete.
 constexpr std::string_view kItem = "item";
 constexpr std::string_view kAside = "aside";
-
-std::error_code lastError() noexcept {
-  return {errno, std::generic_category()};
-}
 
 std::string ownNumbers(const Identity& copy, const Identity& existing) {
   return "-" + std::to_string(copy.number) + "-" + std::to_string(existing.number);

@@ -10,6 +10,8 @@
 #include <functional>
 #include <string_view>
 
+#include "platform/posix/LastError.h"
+
 namespace kr::platform::copy {
 namespace {
 
@@ -176,7 +178,7 @@ Outcome copyLinkAttributes(int sourceFolder, const std::string& sourceName, int 
 std::error_code removeInheritedAccessLists(int folder) noexcept {
   for (const std::string_view list : kAccessLists) {
     if (::fremovexattr(folder, list.data()) != 0 && errno != ENODATA && errno != ENOTSUP) {
-      return {errno, std::generic_category()};
+      return posix::lastError();
     }
   }
   return {};

@@ -10,6 +10,7 @@
 #include "platform/linux/copy/FolderChain.h"
 #include "platform/linux/copy/FolderListing.h"
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/LastError.h"
 
 namespace kr::platform::copy {
 namespace {
@@ -115,7 +116,7 @@ std::optional<Failure> removeTree(const std::string& path) {
   std::string parent(paths::parent(path));
   if (parent.empty()) parent = ".";
   const FileDescriptor folder(::open(parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  if (!folder) return Failure{kStep, path, {errno, std::generic_category()}};
+  if (!folder) return Failure{kStep, path, posix::lastError()};
   return removeTree(folder.get(), name, path);
 }
 

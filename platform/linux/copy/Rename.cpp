@@ -1,17 +1,16 @@
 #include "platform/linux/copy/Rename.h"
 
-#include <fcntl.h>
 #include <stdio.h>
-#include <sys/stat.h>
 
 #include <cerrno>
+
+#include "platform/posix/CheckedRename.h"
+#include "platform/posix/LastError.h"
 
 namespace kr::platform::copy {
 namespace {
 
-std::error_code lastError() noexcept {
-  return {errno, std::generic_category()};
-}
+using posix::lastError;
 
 bool isLackOfSupport(int error) noexcept {
   return error == EINVAL || error == ENOSYS || error == ENOTSUP;
@@ -22,15 +21,7 @@ bool isLackOfSupport(int error) noexcept {
 std::error_code renameExclusively(int from, const std::string& old, int to,
                                   const std::string& name) noexcept {
   if (::renameat2(from, old.c_str(), to, name.c_str(), RENAME_NOREPLACE) == 0) return {};
-  if (!isLackOfSupport(errno)) return lastError();
-  // The file system cannot do both at once. What comes into being at this very moment can only be lost when
-  // it is a file, or an empty folder.
-  struct stat status {};
-  if (::fstatat(to, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
-    return std::make_error_code(std::errc::file_exists);
-  }
-  if (errno != ENOENT || ::renameat(from, old.c_str(), to, name.c_str()) != 0) return lastError();
-  return {};
+  return isLackOfSupport(errno) ? posix::renameIfFree(from, old, to, name) : lastError();
 }
 
 std::error_code exchangeNames(int folder, const std::string& name, int otherFolder,

@@ -10,16 +10,14 @@
 #include "platform/linux/copy/FolderListing.h"
 #include "platform/linux/copy/RemoveTree.h"
 #include "platform/linux/copy/Rename.h"
+#include "platform/posix/LastError.h"
 #include "platform/posix/LockedFolder.h"
 
 namespace kr::platform::copy {
 namespace {
 
 using posix::FileDescriptor;
-
-std::error_code lastError() noexcept {
-  return {errno, std::generic_category()};
-}
+using posix::lastError;
 
 }  // namespace
 

@@ -11,6 +11,7 @@
 #include "platform/linux/copy/RemoveTree.h"
 #include "platform/linux/copy/Rename.h"
 #include "platform/linux/copy/TreeCopier.h"
+#include "platform/posix/LastError.h"
 
 namespace kr::platform::replace {
 namespace {
@@ -20,7 +21,7 @@ using posix::FileDescriptor;
 constexpr int kFolderFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 Failure failure(const char* step, const std::string& path) {
-  return {step, path, {errno, std::generic_category()}};
+  return {step, path, posix::lastError()};
 }
 
 std::optional<Failure> copyFolder(const Entry& source, const Entry& destination) {
@@ -93,7 +94,7 @@ std::error_code exchangeNames(int folder, const std::string& name, int otherFold
 
 std::error_code bringToDisk(int folder) noexcept {
   if (::syncfs(folder) == 0) return {};
-  return {errno, std::generic_category()};
+  return posix::lastError();
 }
 
 }  // namespace kr::platform::replace

@@ -12,6 +12,7 @@
 
 #include "platform/Paths.h"
 #include "platform/posix/Files.h"
+#include "platform/posix/LastError.h"
 #include "platform/replace/FileSystem.h"
 
 namespace kr::platform::replace {
@@ -22,7 +23,7 @@ using posix::FileDescriptor;
 constexpr mode_t kForbidden = S_ISUID | S_ISGID | S_IWGRP | S_IWOTH;
 
 std::optional<Failure> failure(const char* step, const Entry& entry) {
-  return Failure{step, entry.path, {errno, std::generic_category()}};
+  return Failure{step, entry.path, posix::lastError()};
 }
 
 bool isSame(const timespec& one, const timespec& other) {

@@ -8,12 +8,13 @@
 
 #include <cerrno>
 
+#include "platform/posix/CheckedRename.h"
+#include "platform/posix/LastError.h"
+
 namespace kr::platform::replace {
 namespace {
 
-std::error_code lastError() noexcept {
-  return {errno, std::generic_category()};
-}
+using posix::lastError;
 
 }  // namespace
 
@@ -41,15 +42,7 @@ std::error_code removeInheritedAccessLists(int item) noexcept {
 std::error_code renameExclusively(int from, const std::string& old, int to,
                                   const std::string& name) noexcept {
   if (::renameatx_np(from, old.c_str(), to, name.c_str(), RENAME_EXCL) == 0) return {};
-  if (errno != ENOTSUP) return lastError();
-  // The file system cannot do both at once. What comes into being at this very moment can only be lost when
-  // it is a file, or an empty folder.
-  struct stat status {};
-  if (::fstatat(to, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
-    return std::make_error_code(std::errc::file_exists);
-  }
-  if (errno != ENOENT || ::renameat(from, old.c_str(), to, name.c_str()) != 0) return lastError();
-  return {};
+  return errno == ENOTSUP ? posix::renameIfFree(from, old, to, name) : lastError();
 }
 
 std::error_code exchangeNames(int folder, const std::string& name, int otherFolder,
