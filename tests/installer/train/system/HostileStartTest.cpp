@@ -133,6 +133,7 @@ TEST_F(TrainStartedHostilely, WithLimitsThatOnlyRootMayWiden) {
 }
 
 TEST_F(TrainStartedHostilely, WithTheRightsOfRootThatItCannotMakeItsOwn) {
+  watchesStart = true;
   const std::vector<long> kinds{SYS_setgroups, SYS_setgid, SYS_setuid};
   for (const long kind : kinds) {
     int calls = 0;
