@@ -6,6 +6,7 @@
 
 #include "installer/AuthorizedExecute.h"
 #include "platform/Authorization.h"
+#include "platform/Log.h"
 #include "platform/Services.h"
 #include "platform/UTF8Bytes.h"
 
@@ -43,6 +44,11 @@ bool copyWithAuthorization(const PrivilegedCopy& copy, const std::function<void(
   bool& dismissed = canceled != nullptr ? *canceled : ignored;
   dismissed = false;
   if (isBlank(copy.destination) || isBlank(copy.source)) return false;
+  if (copy.tool.empty()) {
+    // Nobody should type a password for nothing.
+    log("The installer has no tool \"train\": nothing can be copied with authorization");
+    return false;
+  }
 
   // Nothing moves behind the dialog.
   animateProgress(false);

@@ -61,6 +61,15 @@ TEST_F(PrivilegedCopyTest, AWrapperIsTheThirdArgument) {
   EXPECT_EQ(calls_.at(4), "execute /installer/train [/disk/P.app] [/Applications/P.app] [/disk/P Folder]");
 }
 
+TEST_F(PrivilegedCopyTest, WithoutTheToolNobodyIsAskedForAPassword) {
+  request_.tool.clear();
+  EXPECT_FALSE(copy());
+  EXPECT_FALSE(canceled_);
+  EXPECT_EQ(calls_, Lines{});
+  EXPECT_EQ(log_.lines(),
+            Lines{"The installer has no tool \"train\": nothing can be copied with authorization"});
+}
+
 TEST_F(PrivilegedCopyTest, PathsGoToTheToolAsTheyAre) {
   request_.source = " \n\xFF -dash.app";
   request_.destination = "/Applications/ P.app ";
