@@ -24,6 +24,7 @@ Services systemServices() noexcept {
           .audioDevices = &systemAudioDevices(),
           .authorization = &systemAuthorization(),
           .clock = &systemClock(),
+          .desktopAppearance = &systemDesktopAppearance(),
           .files = &systemFileOperations(),
           .log = &systemLog(),
           .loginItems = &systemLoginItems(),

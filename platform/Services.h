@@ -15,6 +15,7 @@ class Applications;
 class AudioDevices;
 class Authorization;
 class Clock;
+class DesktopAppearance;
 class FileOperations;
 class LogSink;
 class LoginItems;
@@ -35,6 +36,7 @@ struct Services {
   AudioDevices* audioDevices;
   Authorization* authorization;
   Clock* clock;
+  DesktopAppearance* desktopAppearance;
   FileOperations* files;
   LogSink* log;
   LoginItems* loginItems;

@@ -14,6 +14,7 @@ namespace kr::platform {
 [[nodiscard]] AudioDevices& systemAudioDevices() noexcept;
 [[nodiscard]] Authorization& systemAuthorization() noexcept;
 [[nodiscard]] Clock& systemClock() noexcept;
+[[nodiscard]] DesktopAppearance& systemDesktopAppearance() noexcept;
 [[nodiscard]] FileOperations& systemFileOperations() noexcept;
 [[nodiscard]] LogSink& systemLog() noexcept;
 [[nodiscard]] LoginItems& systemLoginItems() noexcept;

@@ -48,7 +48,4 @@ kr::ClipboardPublisher<ProcessReference>& clipboardPublisher() {
   return [[process retain] autorelease];
 }
 
-+ (void)darkModeChanged:(NSNotification*)notification {
-}
-
 @end

@@ -85,7 +85,17 @@ typedef struct {
 // The program that changed the clipboard last; nil while none is known.
 + (KRProcess*)clipboardPublisherProcess;
 
+@end
+
+// How the user's desktop looks. Any thread.
+@interface KRUtilities (Appearance)
+
 // The system's theme has changed. A hook; it does nothing.
 + (void)darkModeChanged:(NSNotification*)notification;
+
+// Whether menus are dark, which they can be since 10.10, and whether the rest of the desktop is, too, which
+// it can be since 10.14: the user has chosen the dark style.
++ (BOOL)darkMenuTheme;
++ (BOOL)darkAppearance;
 
 @end

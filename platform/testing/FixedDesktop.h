@@ -1,5 +1,5 @@
-// Desktop services with settable answers: folders, login items, the running program, the application
-// database.
+// Desktop services with settable answers: folders, login items, the running program, its system, the look of
+// the desktop, the application database.
 #pragma once
 
 #include <atomic>
@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/Applications.h"
+#include "platform/DesktopAppearance.h"
 #include "platform/LoginItems.h"
 #include "platform/Paths.h"
 #include "platform/Program.h"
@@ -66,6 +67,13 @@ class FixedSystemVersion final : public SystemVersion {
     return found == parts.end() ? std::nullopt : std::optional(found->second);
   }
   double appKitVersion() override { return appKit; }
+};
+
+class FixedDesktopAppearance final : public DesktopAppearance {
+ public:
+  bool dark = false;
+
+  bool isDark() override { return dark; }
 };
 
 // Records what it is asked for. Any thread.
