@@ -25,6 +25,7 @@ Services systemServices() noexcept {
           .authorization = &systemAuthorization(),
           .clock = &systemClock(),
           .desktopAppearance = &systemDesktopAppearance(),
+          .doNotDisturb = &systemDoNotDisturb(),
           .files = &systemFileOperations(),
           .log = &systemLog(),
           .loginItems = &systemLoginItems(),
@@ -34,6 +35,7 @@ Services systemServices() noexcept {
           .program = &systemProgram(),
           .folders = &systemStandardFolders(),
           .systemVersion = &systemSystemVersion(),
+          .userInput = &systemUserInput(),
           .windowOrder = &systemWindowOrder()};
 }
 

@@ -16,6 +16,7 @@ class AudioDevices;
 class Authorization;
 class Clock;
 class DesktopAppearance;
+class DoNotDisturb;
 class FileOperations;
 class LogSink;
 class LoginItems;
@@ -25,6 +26,7 @@ class ProcessTable;
 class Program;
 class StandardFolders;
 class SystemVersion;
+class UserInput;
 class WindowOrder;
 
 // Not owned; every pointer is set.
@@ -37,6 +39,7 @@ struct Services {
   Authorization* authorization;
   Clock* clock;
   DesktopAppearance* desktopAppearance;
+  DoNotDisturb* doNotDisturb;
   FileOperations* files;
   LogSink* log;
   LoginItems* loginItems;
@@ -46,6 +49,7 @@ struct Services {
   Program* program;
   StandardFolders* folders;
   SystemVersion* systemVersion;
+  UserInput* userInput;
   WindowOrder* windowOrder;
 };
 

@@ -15,6 +15,7 @@ namespace kr::platform {
 [[nodiscard]] Authorization& systemAuthorization() noexcept;
 [[nodiscard]] Clock& systemClock() noexcept;
 [[nodiscard]] DesktopAppearance& systemDesktopAppearance() noexcept;
+[[nodiscard]] DoNotDisturb& systemDoNotDisturb() noexcept;
 [[nodiscard]] FileOperations& systemFileOperations() noexcept;
 [[nodiscard]] LogSink& systemLog() noexcept;
 [[nodiscard]] LoginItems& systemLoginItems() noexcept;
@@ -24,6 +25,7 @@ namespace kr::platform {
 [[nodiscard]] Program& systemProgram() noexcept;
 [[nodiscard]] StandardFolders& systemStandardFolders() noexcept;
 [[nodiscard]] SystemVersion& systemSystemVersion() noexcept;
+[[nodiscard]] UserInput& systemUserInput() noexcept;
 [[nodiscard]] WindowOrder& systemWindowOrder() noexcept;
 
 }  // namespace kr::platform

@@ -8,6 +8,7 @@
 #import <Foundation/Foundation.h>
 
 @class KRProcess;
+@class NSImage;
 
 @interface KRUtilities : NSObject
 
@@ -97,5 +98,23 @@ typedef struct {
 // it can be since 10.14: the user has chosen the dark style.
 + (BOOL)darkMenuTheme;
 + (BOOL)darkAppearance;
+
+// The image of the application that fits the look of the system's menus and the user's tint of controls:
+// "tintYosDark", "tintYos" or, before 10.10, "tintMav", and then "Blue" or "Graphite". Main thread.
++ (NSImage*)systemTintImage;
+
+@end
+
+// What the user is doing and wants to be spared. Asked anew each time. Any thread.
+@interface KRUtilities (Attention)
+
+// Seconds since the user has last touched keyboard or mouse; -1 when the system does not say.
++ (float)idleTime;
+
+// Whether the user wants no notifications, always or at this time of the day; never before 10.14.
++ (BOOL)doNotDisturbMode;
+
+// NO.
++ (BOOL)displayIsZoomed;
 
 @end

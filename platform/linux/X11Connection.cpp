@@ -1,6 +1,7 @@
 #include "platform/linux/X11Connection.h"
 
 #include <xcb/res.h>
+#include <xcb/screensaver.h>
 
 #include <string_view>
 
@@ -18,10 +19,14 @@ xcb_atom_t atom(xcb_connection_t* connection, xcb_intern_atom_cookie_t cookie) {
   return reply ? reply->atom : XCB_NONE;
 }
 
+bool hasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
+  const xcb_query_extension_reply_t* reply = ::xcb_get_extension_data(connection, extension);
+  return reply != nullptr && reply->present != 0;
+}
+
 // Version 1.2 of the X-Resource extension is the first that tells processes.
 bool serverKnowsProcesses(xcb_connection_t* connection) {
-  const xcb_query_extension_reply_t* extension = ::xcb_get_extension_data(connection, &xcb_res_id);
-  if (extension == nullptr || extension->present == 0) return false;
+  if (!hasExtension(connection, &xcb_res_id)) return false;
   const X11Reply<xcb_res_query_version_reply_t> version(
       ::xcb_res_query_version_reply(connection, ::xcb_res_query_version(connection, 1, 2), nullptr));
   return version && (version->server_major > 1 || (version->server_major == 1 && version->server_minor >= 2));
@@ -38,11 +43,13 @@ std::unique_ptr<X11Session> X11Session::open() {
 
 bool X11Session::prepare() {
   if (isLost()) return false;
+  ::xcb_prefetch_extension_data(connection_, &xcb_screensaver_id);
   const auto state = askForAtom(connection_, "WM_STATE");
   const auto change = askForAtom(connection_, "WM_CHANGE_STATE");
   windowState_ = atom(connection_, state);
   changeState_ = atom(connection_, change);
   knowsProcesses_ = serverKnowsProcesses(connection_);
+  countsIdleTime_ = hasExtension(connection_, &xcb_screensaver_id);
   ewmhReady_ =
       ::xcb_ewmh_init_atoms_replies(&ewmh_, ::xcb_ewmh_init_atoms(connection_, &ewmh_), nullptr) != 0;
   if (!ewmhReady_ || screen_ < 0 || screen_ >= ewmh_.nb_screens) return false;

@@ -39,6 +39,8 @@ class X11Session {
   [[nodiscard]] xcb_atom_t changeState() const { return changeState_; }
   // Whether the server can say which process a window belongs to.
   [[nodiscard]] bool knowsProcesses() const { return knowsProcesses_; }
+  // Whether the server counts for how long the user has touched nothing.
+  [[nodiscard]] bool countsIdleTime() const { return countsIdleTime_; }
 
  private:
   explicit X11Session(xcb_connection_t* connection, int screen) : connection_(connection), screen_(screen) {}
@@ -52,6 +54,7 @@ class X11Session {
   xcb_atom_t windowState_ = XCB_NONE;
   xcb_atom_t changeState_ = XCB_NONE;
   bool knowsProcesses_ = false;
+  bool countsIdleTime_ = false;
 };
 
 class X11Connection {

@@ -1,11 +1,13 @@
 #include "platform/linux/X11Desktop.h"
 
+#include "platform/linux/X11IdleTime.h"
 #include "platform/linux/X11WindowList.h"
 
 namespace kr::platform {
 namespace {
 
 constexpr std::uint32_t kIconicState = 3;  // as WM_CHANGE_STATE names it
+constexpr std::chrono::milliseconds kPatience{40};
 
 void iconify(X11Session& session, xcb_window_t window) {
   xcb_client_message_event_t event{};
@@ -131,6 +133,12 @@ void X11Desktop::showLocked(X11Session& session, pid_t process, const std::vecto
   if (wanted.empty()) wanted = windows;
   // Mapping is what the window manager takes as the request to show an iconified window.
   for (const xcb_window_t window : wanted) ::xcb_map_window(session.connection(), window);
+}
+
+std::optional<std::chrono::milliseconds> X11Desktop::idleTime() {
+  const std::lock_guard lock(mutex_);
+  X11Session* session = connection_.session();
+  return session != nullptr ? x11::idleTime(*session, kPatience) : std::nullopt;
 }
 
 }  // namespace kr::platform

@@ -5,6 +5,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -40,6 +41,10 @@ class X11Desktop {
 
   // Shows the windows that hide() has iconified, or all of them where it has none.
   void show(pid_t process);
+
+  // How long the user has touched neither keyboard nor mouse. A server that has stopped answering is not
+  // waited for.
+  [[nodiscard]] std::optional<std::chrono::milliseconds> idleTime();
 
  private:
   // Windows of the process that can be worked in, the front one last.

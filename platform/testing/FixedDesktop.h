@@ -1,5 +1,5 @@
 // Desktop services with settable answers: folders, login items, the running program, its system, the look of
-// the desktop, the application database.
+// the desktop, the user's input and wishes, the application database.
 #pragma once
 
 #include <atomic>
@@ -12,11 +12,13 @@
 
 #include "platform/Applications.h"
 #include "platform/DesktopAppearance.h"
+#include "platform/DoNotDisturb.h"
 #include "platform/LoginItems.h"
 #include "platform/Paths.h"
 #include "platform/Program.h"
 #include "platform/StandardFolders.h"
 #include "platform/SystemVersion.h"
+#include "platform/UserInput.h"
 
 namespace kr::platform::testing {
 
@@ -74,6 +76,22 @@ class FixedDesktopAppearance final : public DesktopAppearance {
   bool dark = false;
 
   bool isDark() override { return dark; }
+};
+
+class FixedDoNotDisturb final : public DoNotDisturb {
+ public:
+  bool on = false;
+  std::optional<Schedule> period;
+
+  bool isOn() override { return on; }
+  std::optional<Schedule> schedule() override { return period; }
+};
+
+class FixedUserInput final : public UserInput {
+ public:
+  std::optional<std::chrono::nanoseconds> idle;
+
+  std::optional<std::chrono::nanoseconds> idleTime() override { return idle; }
 };
 
 // Records what it is asked for. Any thread.

@@ -48,6 +48,9 @@ class Desktop {
   void stopBus() { bus_.stop(); }
   void stopAccessibility() { accessibility_.stop(); }
 
+  // Stops the server's process in its tracks, for one, and lets it go on.
+  void signalDisplay(int number) const { server_.signal(number); }
+
  private:
   void startDisplay();
   void startWindowManager();

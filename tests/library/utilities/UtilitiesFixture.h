@@ -13,6 +13,7 @@
 #include "platform/testing/FixedDesktop.h"
 #include "platform/testing/InMemoryProcessTable.h"
 #include "platform/testing/InMemoryWindowOrder.h"
+#include "platform/testing/ManualClock.h"
 #include "platform/testing/RecordingLog.h"
 #include "tests/support/ReplacedMethod.h"
 
@@ -28,9 +29,12 @@ class UtilitiesFixture : public ::testing::Test {
                                         ownCenter)) {
     platform::Services set = platform::services();
     set.applications = &applications_;
+    set.clock = &clock_;
+    set.doNotDisturb = &doNotDisturb_;
     set.log = &log_;
     set.processes = &processes_;
     set.systemVersion = &system_;
+    set.userInput = &userInput_;
     set.windowOrder = &windowOrder_;
     services_.emplace(set);
   }
@@ -43,9 +47,12 @@ class UtilitiesFixture : public ::testing::Test {
   }
 
   platform::testing::RecordingApplications applications_;
+  platform::testing::ManualClock clock_;
+  platform::testing::FixedDoNotDisturb doNotDisturb_;
   platform::testing::RecordingLog log_;
   platform::testing::FixedSystemVersion system_;
   platform::testing::InMemoryProcessTable processes_;
+  platform::testing::FixedUserInput userInput_;
   platform::testing::InMemoryWindowOrder windowOrder_;
 
  private:
