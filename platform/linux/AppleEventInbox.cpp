@@ -4,6 +4,7 @@
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <utility>
 
 #include "platform/linux/AppleEventBus.h"
@@ -84,7 +85,7 @@ void AppleEventInbox::open() noexcept {
 }
 
 std::optional<AppleEventInbox::Readiness> AppleEventInbox::readiness() const noexcept {
-  if (!bus_) return std::nullopt;
+  if (!bus_ || ::sd_bus_get_current_message(bus_.get()) != nullptr) return std::nullopt;
   const int descriptor = ::sd_bus_get_fd(bus_.get());
   const int events = ::sd_bus_get_events(bus_.get());
   if (descriptor < 0 || events < 0) return std::nullopt;
@@ -95,6 +96,7 @@ void AppleEventInbox::work(std::chrono::milliseconds atMost) noexcept {
   const auto end = std::chrono::steady_clock::now() + atMost;
   while (bus_) {
     const int progress = ::sd_bus_process(bus_.get(), nullptr);
+    if (progress == -EBUSY) return;  // the handler of another event has called
     if (progress < 0) {
       bus_.reset();
     } else if (progress == 0 || std::chrono::steady_clock::now() >= end) {

@@ -31,7 +31,8 @@ class AppleEventInbox {
   // it has ended, there is nothing to wait for and no event comes.
   void open() noexcept;
 
-  // What to wait for; changes with every call of work().
+  // What to wait for; changes with every call of work(). Nothing while the handler runs: who runs a loop in
+  // there is not woken by what has to wait for its end.
   struct Readiness {
     int descriptor;
     bool write;  // also until it can be written; it is always to be read
@@ -40,7 +41,8 @@ class AppleEventInbox {
   };
   [[nodiscard]] std::optional<Readiness> readiness() const noexcept;
 
-  // Takes what has come, one event after the other, until nothing is left or the time is up.
+  // Takes what has come, one event after the other, until nothing is left or the time is up. Does nothing out
+  // of the handler: what comes meanwhile is taken after it.
   void work(std::chrono::milliseconds atMost) noexcept;
 
  private:

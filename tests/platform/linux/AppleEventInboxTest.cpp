@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <functional>
 #include <future>
 #include <thread>
+#include <utility>
 
 #include "platform/AppleEvents.h"
 #include "platform/SystemServices.h"
@@ -89,10 +91,12 @@ class Inbox : public ::testing::Test {
   Events events_;
   bool handles_ = true;
   std::chrono::microseconds handlingTime_{0};
+  std::function<void()> meanwhile_;  // while the next event is handled
   AppleEventInbox inbox_{
       [this](std::uint32_t eventClass, std::uint32_t eventID, const std::optional<std::string>& text) {
         events_.push_back({eventClass, eventID, text});
         std::this_thread::sleep_for(handlingTime_);
+        if (meanwhile_) std::exchange(meanwhile_, nullptr)();
         return handles_;
       }};
 };
@@ -227,6 +231,25 @@ TEST_F(InboxOnABus, AFloodIsTakenInTurnsAndKeptOutOfMemory) {
       60));
   EXPECT_GT(turns, 50) << "a turn is short";
   EXPECT_LT(most - before, 4UL << 20) << "of the 10 megabytes that were sent";
+}
+
+// As when the handler opens an alert, which runs a loop of its own.
+TEST_F(InboxOnABus, WhatComesWhileAnEventIsHandledIsTakenAfterIt) {
+  open();
+  const AppleEvent event{
+      .eventClass = kClass, .eventID = kID, .target = own(), .directText = "second", .sendMode = 1};
+  std::size_t seenByTheHandler = 0;
+  meanwhile_ = [&] {
+    EXPECT_FALSE(systemAppleEvents().send(event));
+    EXPECT_FALSE(inbox_.readiness()) << "a loop would be woken again and again";
+    inbox_.work(5ms);
+    seenByTheHandler = events_.size();
+  };
+  EXPECT_EQ(send(BusPeer::event(kClass, kID, {"first"})), kHandled);
+  EXPECT_TRUE(run([&] { return events_.size() == 2; }));
+  EXPECT_EQ(seenByTheHandler, 1U);
+  EXPECT_EQ(events_, (Events{{kClass, kID, "first"}, {kClass, kID, "second"}}));
+  EXPECT_EQ(send(BusPeer::event(kClass, kID, {"third"})), kHandled);
 }
 
 TEST_F(InboxOnABus, TheEndOfTheBusEndsTheInboxAndNothingElse) {
