@@ -2,6 +2,7 @@
 
 #include <systemd/sd-bus.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <utility>
@@ -130,10 +131,14 @@ std::shared_ptr<AccessibilityBus> AccessibilityBus::open() {
 
 std::optional<std::string> AccessibilityBus::application(pid_t pid) {
   if (!isOpen()) return std::nullopt;
+  std::optional<std::string> found;
   for (const std::string& name : applications(bus_.get())) {
-    if (processOf(bus_.get(), name) == pid) return name;
+    if (processOf(bus_.get(), name) != pid) continue;
+    found = name;
+    break;
   }
-  return std::nullopt;
+  work();
+  return found;
 }
 
 bool AccessibilityBus::registerEvent(const std::string& name, const std::string& application) {
@@ -174,7 +179,6 @@ std::unique_ptr<AccessibilityBus::Listening> AccessibilityBus::listen(const std:
       },
       listening.get());
   if (status < 0) return nullptr;
-  // Calls that wait for their answers leave other messages unread in memory.
   work();
   return isOpen() ? std::move(listening) : nullptr;
 }
@@ -182,6 +186,7 @@ std::unique_ptr<AccessibilityBus::Listening> AccessibilityBus::listen(const std:
 void AccessibilityBus::work() {
   while (isOpen()) {
     const int progress = ::sd_bus_process(bus_.get(), nullptr);
+    if (progress == -EBUSY) return;  // a listener has called
     if (progress < 0) close();
     if (progress <= 0) return;
   }

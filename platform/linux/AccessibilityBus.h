@@ -71,6 +71,8 @@ class AccessibilityBus {
   [[nodiscard]] static std::string address();
   [[nodiscard]] bool registerEvent(const std::string& name, const std::string& application);
   void deregisterEvent(const std::string& name);
+  // Takes what has come: when the descriptor tells of it, and after every call that waits for its answer,
+  // which leaves other messages in memory, where no descriptor tells of them.
   void work();
   void close();
 

@@ -1,5 +1,7 @@
 #include "tests/support/WakeUps.h"
 
+#include <time.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -33,6 +35,13 @@ long voluntarySwitches(pid_t pid) {
 std::size_t threadCount(pid_t pid) {
   const auto list = threads(pid);
   return static_cast<std::size_t>(std::distance(begin(list), end(list)));
+}
+
+double processorSeconds(pid_t pid) {
+  clockid_t clock{};
+  timespec used{};
+  if (::clock_getcpuclockid(pid, &clock) != 0 || ::clock_gettime(clock, &used) != 0) return 0;
+  return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) / 1e9;
 }
 
 }  // namespace kr::testing

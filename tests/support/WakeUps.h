@@ -1,4 +1,4 @@
-// How often a process was woken, and how many threads it has.
+// How often a process was woken, how many threads it has, and how much of the processor it has used.
 #pragma once
 
 #include <unistd.h>
@@ -11,5 +11,7 @@ namespace kr::testing {
 [[nodiscard]] long voluntarySwitches(pid_t pid = ::getpid());
 
 [[nodiscard]] std::size_t threadCount(pid_t pid = ::getpid());
+
+[[nodiscard]] double processorSeconds(pid_t pid = ::getpid());
 
 }  // namespace kr::testing

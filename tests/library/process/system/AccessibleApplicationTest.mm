@@ -132,6 +132,18 @@ TEST_F(AccessibleApplicationOnItsBus, ANameWithoutDetailCoversAllOfThem) {
   EXPECT_EQ(logged(), Lines{});
 }
 
+TEST_F(AccessibleApplicationOnItsBus, AnotherDetailOfTheSameKindIsNotTold) {
+  const Child child = startAccessible();
+  KRProcess* process = observed(child);
+  KRProcess* other = [[[KRProcess alloc] initWithSerialNumber:[process serialNumber]] autorelease];
+  [other addAXNotification:@"object:property-change:accessible-value"];
+  [process addAXNotification:toNSString(kRenamed)];
+  ASSERT_TRUE(tellsOf(child, SIGUSR1, kRenamed));
+  for (NSNotification* notification in notifications.notifications()) {
+    EXPECT_EQ([notification object], process);
+  }
+}
+
 TEST_F(AccessibleApplicationOnItsBus, WindowsAreToldToo) {
   const Child child = startAccessible();
   KRProcess* process = observed(child);
@@ -187,6 +199,23 @@ TEST_F(AccessibleApplicationOnItsBus,
   EXPECT_EQ([[notifications.notifications() lastObject] object], first);
 }
 
+TEST_F(AccessibleApplicationOnItsBus, AnEventThatComesWhileTheBusIsAskedIsNotLeftLying) {
+  const Child one = startAccessible();
+  const Child two = startAccessible();
+  KRProcess* first = observed(one);
+  KRProcess* second = observed(two);
+  [second unregisterAXNotifications];
+  [first addAXNotification:toNSString(kRenamed)];
+  ASSERT_TRUE(tellsOf(one, SIGUSR1, kRenamed));
+  runLoop(0.3);
+  const NSUInteger before = notifications.count();
+  one.signal(SIGUSR1);
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  [second installAXObserver];
+  runLoop(0.3);
+  EXPECT_GT(notifications.count(), before);
+}
+
 TEST_F(AccessibleApplicationOnItsBus, ANameThatIsNoneAndOneThatWasAddedAreRefused) {
   const Child child = startAccessible();
   KRProcess* process = observed(child);
@@ -220,7 +249,7 @@ TEST_F(AccessibleApplicationOnItsBus, NothingWakesTheProgramWhileNothingHappens)
   runLoop(0.5);
   EXPECT_EQ(testing::threadCount(), 1U) << "it has no thread of its own";
   const long before = testing::voluntarySwitches();
-  [[NSRunLoop mainRunLoop] runMode:NSDefaultRunLoopMode beforeDate:[NSDate dateWithTimeIntervalSinceNow:2.0]];
+  runLoop(2.0);
   EXPECT_LE(testing::voluntarySwitches() - before, 1) << "the end of the wait itself";
 }
 
@@ -245,9 +274,12 @@ TEST_F(AccessibleApplicationOnItsBus, TheEndOfTheBusIsSurvived) {
   desktop.stopAccessibility();
   desktop.stopBus();
   runLoop(0.5);
+  // It neither waits again and again nor runs all the time.
   const long before = testing::voluntarySwitches();
-  [[NSRunLoop mainRunLoop] runMode:NSDefaultRunLoopMode beforeDate:[NSDate dateWithTimeIntervalSinceNow:1.0]];
+  const double used = testing::processorSeconds();
+  runLoop(1.0);
   EXPECT_LE(testing::voluntarySwitches() - before, 1);
+  EXPECT_LT(testing::processorSeconds() - used, 0.3);
   [process addAXNotification:@"window:create"];
   EXPECT_EQ(logged(), Lines{"AX Notifications: Could not add notification window:create for " +
                             toBytes([process description])});
