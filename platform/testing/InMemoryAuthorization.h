@@ -17,8 +17,8 @@ namespace kr::platform::testing {
 
 class InMemoryAuthorization final : public Authorization {
  public:
-  // `calls` takes every call as "create", "obtain NAME FLAGS", "execute TOOL [ARGUMENT]...", and "free" at
-  // the end of a reference.
+  // `calls` takes every call as "create TOOL", "obtain NAME FLAGS", "execute TOOL [ARGUMENT]...", and "free"
+  // at the end of a reference.
   explicit InMemoryAuthorization(std::vector<std::string>& calls) : calls_(calls) {}
 
   bool available = true;  // whether references can be created
@@ -27,8 +27,8 @@ class InMemoryAuthorization final : public Authorization {
   // What the tool does, in a child process of its own, and its exit status. None starts no child.
   std::function<int()> tool;
 
-  std::unique_ptr<AuthorizationReference> create(const std::string&) override {
-    calls_.emplace_back("create");
+  std::unique_ptr<AuthorizationReference> create(const std::string& path) override {
+    calls_.push_back("create " + path);
     if (!available) return nullptr;
     return std::make_unique<Reference>(*this);
   }

@@ -49,7 +49,7 @@ TEST_F(PrivilegedCopyTest, TheRightIsAskedForWhileNothingMovesThenTheToolRuns) {
   authorization_.tool = [] { return 0; };
   EXPECT_TRUE(copy());
   EXPECT_FALSE(canceled_);
-  EXPECT_EQ(calls_, (Lines{"stop", "create", "obtain system.privilege.admin 19", "start",
+  EXPECT_EQ(calls_, (Lines{"stop", "create /installer/train", "obtain system.privilege.admin 19", "start",
                            "execute /installer/train [/disk/P.app] [/Applications/P.app]", "free"}));
   EXPECT_EQ(log_.lines(), Lines{});
 }
@@ -97,14 +97,14 @@ TEST_F(PrivilegedCopyTest, WithoutAReferenceTheAnimationStaysStopped) {
   authorization_.available = false;
   EXPECT_FALSE(copy());
   EXPECT_FALSE(canceled_);
-  EXPECT_EQ(calls_, (Lines{"stop", "create"}));
+  EXPECT_EQ(calls_, (Lines{"stop", "create /installer/train"}));
 }
 
 TEST_F(PrivilegedCopyTest, ADismissedDialogIsACancellation) {
   authorization_.rightStatus = -60006;
   EXPECT_FALSE(copy());
   EXPECT_TRUE(canceled_);
-  EXPECT_EQ(calls_, (Lines{"stop", "create", "obtain system.privilege.admin 19", "free"}));
+  EXPECT_EQ(calls_, (Lines{"stop", "create /installer/train", "obtain system.privilege.admin 19", "free"}));
   EXPECT_EQ(log_.lines(), Lines{});
 }
 
@@ -114,7 +114,7 @@ TEST_F(PrivilegedCopyTest, ARightThatIsRefusedForAnotherReasonIsNone) {
     authorization_.rightStatus = status;
     EXPECT_FALSE(copy());
     EXPECT_FALSE(canceled_);
-    EXPECT_EQ(calls_, (Lines{"stop", "create", "obtain system.privilege.admin 19", "free"}));
+    EXPECT_EQ(calls_, (Lines{"stop", "create /installer/train", "obtain system.privilege.admin 19", "free"}));
   }
 }
 

@@ -107,10 +107,10 @@ TEST_F(PrivilegedCopyInTheWindow, TheToolCopiesWhatTheUserMayNot) {
   EXPECT_TRUE(logHas("successfully copied"));
   EXPECT_EQ(fileCalls_, Lines{}) << "the installer itself copies nothing";
   ASSERT_EQ(calls_.size(), 4U);
-  EXPECT_EQ(calls_[0], "create");
+  const std::string tool = toBytes([[NSBundle mainBundle] pathForResource:@"train" ofType:@""]);
+  EXPECT_EQ(calls_[0], "create " + tool);
   EXPECT_EQ(calls_[1], "obtain system.privilege.admin 19");
-  EXPECT_EQ(calls_[2], "execute " + toBytes([[NSBundle mainBundle] pathForResource:@"train" ofType:@""]) +
-                           " [" + scratch_ / "disk/Notes.app" + "] [" + destination_ + "]");
+  EXPECT_EQ(calls_[2], "execute " + tool + " [" + scratch_ / "disk/Notes.app" + "] [" + destination_ + "]");
   EXPECT_EQ(calls_[3], "free");
   EXPECT_EQ(opened(), (Lines{"noteFileSystemChanged " + destination_, "register " + destination_,
                              "open " + destination_}));
