@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "installer/Handshake.h"
 #include "platform/FourCharacterCode.h"
 #include "platform/Services.h"
 #include "platform/testing/InMemoryAppleEvents.h"
@@ -49,6 +50,12 @@ TEST_F(SendDone, TheEventHasClassIDAndTheTagAsAText) {
   EXPECT_EQ(event.directText, "Velmora Notes 1.0");
   EXPECT_TRUE(event.textIsAlone);
   EXPECT_NE(event.sendMode & platform::kSendWaitsForReply, platform::kSendWaitsForReply);
+}
+
+TEST_F(SendDone, TheEventIsTheOneThatTheInstallerListensFor) {
+  EXPECT_TRUE(sendDoneTo(100, "Foo 2.1"));
+  EXPECT_EQ(events_.sent.at(0).eventClass, kDoneEventClass);
+  EXPECT_EQ(events_.sent.at(0).eventID, kDoneEventID);
 }
 
 TEST_F(SendDone, EveryInstallerGetsItAndNobodyElse) {
