@@ -133,6 +133,12 @@ TEST_F(PrivilegedProgram, ACallerThatWasStartedWithEndsOfChildrenIgnoredGetsTheS
   EXPECT_EQ(run(script("pkexec", "exit 126"), ""), kAuthorizationCanceled);
 }
 
+TEST_F(PrivilegedProgram, WithoutTheGuardAnEndThatTheSystemHasTakenCountsAsTheProgramsOwn) {
+  ::signal(SIGCHLD, SIG_IGN);
+  EXPECT_EQ(run(script("pkexec", "exit 126"), ""), kAuthorized);
+  expectNoChildIsLeft();
+}
+
 TEST_F(PrivilegedProgram, AnEndedChildOfAnotherThreadIsNotTakenForIt) {
   pid_t other = 0;
   std::thread([&] {
