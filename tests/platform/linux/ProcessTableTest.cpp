@@ -1,7 +1,9 @@
 #include "platform/ProcessTable.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -11,6 +13,7 @@
 #include <cerrno>
 #include <cmath>
 #include <filesystem>
+#include <set>
 #include <thread>
 
 #include "platform/SystemServices.h"
@@ -238,20 +241,66 @@ TEST_F(ProcessTableTest, AnInformationFileThatIsUnreadableOrNoneLeavesTheNameOfT
   }
 }
 
-// A kernel thread, a process that was not reaped, one of another user: none of them lets its program be seen.
-TEST_F(ProcessTableTest, ProcessesWhoseProgramCannotBeSeenAreNoApplications) {
-  Child ended({"true"});
-  ASSERT_TRUE(eventually([&] { return !procfs::serialNumber(ended.pid()); }));
-  const std::vector<SerialNumber> all = table.all();
-  int unseen = 0;
+// Processes that run, and do not let their program be seen.
+std::set<SerialNumber> unseenProcesses() {
+  std::set<SerialNumber> result;
   for (const pid_t pid : procfs::processIDs()) {
-    const std::optional<procfs::Status> status = procfs::status(pid);
-    if (!status || procfs::executable(pid)) continue;
-    ++unseen;
-    EXPECT_FALSE(contains(all, procfs::serialNumber(pid, *status))) << pid;
-    EXPECT_FALSE(table.forPID(pid)) << pid;
+    const std::optional<SerialNumber> process = procfs::serialNumber(pid);
+    if (process && !procfs::executable(pid) && procfs::runningProcessID(*process)) result.insert(*process);
   }
-  EXPECT_GE(unseen, 1);
+  return result;
+}
+
+// A kernel thread, one of another user. Applications come and go meanwhile: one that ends lets its program be
+// seen no more, one that is about to start not yet. So only those count that were so before and after.
+TEST_F(ProcessTableTest, ProcessesWhoseProgramCannotBeSeenAreNoApplications) {
+  const std::set<SerialNumber> before = unseenProcesses();
+  const std::vector<SerialNumber> all = table.all();
+  std::set<SerialNumber> known;
+  for (const SerialNumber process : before) {
+    if (table.forPID(procfs::processID(process)) == process) known.insert(process);
+  }
+  for (const SerialNumber process : unseenProcesses()) {
+    if (!before.contains(process)) continue;
+    EXPECT_FALSE(contains(all, process)) << process.low;
+    EXPECT_FALSE(known.contains(process)) << process.low;
+  }
+}
+
+TEST_F(ProcessTableTest, AnApplicationThatHidesItsProgramFromTheUserIsNone) {
+  TestApplication application(folder, "A.app", {.signature = "ABCD"}, {"private"});
+  const SerialNumber process = procfs::serialNumber(application.pid()).value();
+  const bool mayLook = procfs::executable(application.pid()).has_value();
+  if (::geteuid() != 0) EXPECT_FALSE(mayLook);
+  EXPECT_EQ(contains(table.all(), process), mayLook);
+  EXPECT_EQ(table.forPID(application.pid()).has_value(), mayLook);
+  EXPECT_EQ(table.record(process).has_value(), mayLook);
+  EXPECT_EQ(table.information(process).has_value(), mayLook);
+  EXPECT_EQ(table.bundleLocation(process).has_value(), mayLook);
+  EXPECT_EQ(table.pid(process), application.pid());
+}
+
+// The table that the administrator may have set up.
+TEST_F(ProcessTableTest, WhereTheProcessesOfOthersAreHiddenTheyAreNone) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root mounts a process table";
+  TestApplication application(folder, "A.app");
+  const SerialNumber process = serial(application);
+  EXPECT_EQ(
+      kr::testing::inChild([&] {
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+          return 1;
+        }
+        if (::mount("proc", "/proc", "proc", 0, "hidepid=2") != 0) return 2;
+        if (!contains(table.all(), process)) return 3;
+        kr::testing::becomeOrdinaryUser();
+        const std::optional<SerialNumber> own = table.current();
+        const std::vector<SerialNumber> all = table.all();
+        if (!own || !contains(all, *own) || table.forPID(::getpid()) != own) return 4;
+        if (contains(all, process) || table.forPID(application.pid()) || table.pid(process)) return 5;
+        if (table.record(process) || table.information(process) || table.bundleLocation(process)) return 6;
+        return table.startTime(application.pid()) == 0.0 ? 0 : 7;
+      }),
+      0);
 }
 
 // As if every process ended, or were hidden, at that very moment.

@@ -3,6 +3,7 @@
 //
 //   ready N       writes to descriptor N and closes it once all other words are done
 //   stubborn      ignores polite requests to end
+//   private       does not let other programs of the user look at it
 //   slow N        ends N milliseconds after a polite request
 //   window NAME   opens a window with this title, one after the other
 //   comm NAME     takes this name in the kernel's list
@@ -84,6 +85,10 @@ int main(int count, char** words) {
     const std::string_view word = words[at];
     if (word == "stubborn") {
       ::signal(SIGTERM, SIG_IGN);
+      continue;
+    }
+    if (word == "private") {
+      ::prctl(PR_SET_DUMPABLE, 0);
       continue;
     }
     const char* value = at + 1 < count ? words[++at] : "";
