@@ -7,6 +7,7 @@
 #include "platform/Applications.h"
 #include "platform/Log.h"
 #include "platform/Services.h"
+#include "platform/UnfinishedWork.h"
 #import "platform/cocoa/Bridging.h"
 
 using kr::toBytes;
@@ -16,6 +17,12 @@ namespace {
 NSString* gInstallationInProgress;
 
 constexpr NSUInteger kOptionModifier = 0x80000;
+
+// Conditions of a question to the main thread, and how long it may take until it is looked whether it is
+// there.
+constexpr NSInteger kAsked = 0;
+constexpr NSInteger kAnswered = 1;
+constexpr NSTimeInterval kPatience = 0.5;
 
 }  // namespace
 
@@ -43,6 +50,7 @@ constexpr NSUInteger kOptionModifier = 0x80000;
 }
 
 - (void)installThread {
+  const kr::platform::UnfinishedWork work;
   @autoreleasepool {
     NSString* productName = [self argument:KRInstallerKeyProductName];
     kr::log("Install");
@@ -73,16 +81,22 @@ constexpr NSUInteger kOptionModifier = 0x80000;
   return [text stringByAppendingFormat:@"\r%@", hint];
 }
 
-- (void)addCurrentModifiersTo:(NSMutableArray*)list {
-  [list addObject:[NSNumber numberWithUnsignedInteger:[[NSApp currentEvent] modifierFlags]]];
+- (void)readOption:(NSConditionLock*)question {
+  optionIsHeld = ([[NSApp currentEvent] modifierFlags] & kOptionModifier) != 0;
+  [question lock];
+  [question unlockWithCondition:kAnswered];
 }
 
 // Whether the user holds Option on Install. The event is asked on the main thread, which may let go of it at
-// any time.
+// any time. One that has lost its window answers no more, and nobody holds anything.
 - (BOOL)isAuthorizationEnforced {
-  NSMutableArray* modifiers = [NSMutableArray array];
-  [self performSelectorOnMainThread:@selector(addCurrentModifiersTo:) withObject:modifiers waitUntilDone:YES];
-  return ([[modifiers lastObject] unsignedIntegerValue] & kOptionModifier) != 0;
+  NSConditionLock* question = [[[NSConditionLock alloc] initWithCondition:kAsked] autorelease];
+  [self performSelectorOnMainThread:@selector(readOption:) withObject:question waitUntilDone:NO];
+  while (![question lockWhenCondition:kAnswered beforeDate:[NSDate dateWithTimeIntervalSinceNow:kPatience]]) {
+    if (kr::platform::UnfinishedWork::isLeftAlone()) return NO;
+  }
+  [question unlock];
+  return optionIsHeld;
 }
 
 // The two copies answer nil, or the key of a failure text.

@@ -36,6 +36,7 @@
   NSDictionary* productInfo;  // information dictionary of the product to install, owned
   NSString*
       displayVersion;  // version shown to the user: the argument, else that of the product; owned, may be nil
+  BOOL optionIsHeld;   // what the main thread has last answered the install thread
 }
 
 - (IBAction)install:(id)sender;

@@ -10,6 +10,7 @@
 #import "platform/gnustep/ImageTypes.h"
 #import "platform/gnustep/Theme.h"
 #import "platform/gnustep/TruncatingLabel.h"
+#include "platform/gnustep/WindowServerLoss.h"
 
 namespace kr::platform {
 namespace {
@@ -121,6 +122,7 @@ void prepareApplication() {
 }
 
 void finishWindow(NSWindow* window) {
+  finishWorkWithoutWindowServer();
   finishViews([window contentView]);
   removeHidingCommands([NSApp mainMenu]);
 }

@@ -82,6 +82,9 @@ class Installation : public ::testing::Test {
   // Process ID of the installer.
   [[nodiscard]] pid_t installer() const { return installer_->pid(); }
 
+  // Ends the X server as if it had crashed.
+  void stopDisplay() { desktop_->stopDisplay(); }
+
   // Kills the installer without warning.
   void kill();
 
