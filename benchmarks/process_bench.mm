@@ -3,17 +3,25 @@
 // With 400 idle processes, three of which are copies of one application, the copies are found by their
 // signature:
 //
-//   process.find.ms       the first time, in a program whose Foundation is up already, as an application's is
-//   process.find.warm.ms  the median of later times
-//   process.ps.ms         what "ps -e" takes in the same run, to compare with
+//   process.find.ms        the first time, in a program whose Foundation is up already
+//
+//   process.find.warm.ms   the median of later times
+//
+//   process.ps.ms          what "ps -e" takes in the same run, to compare with
 //
 // With 2,000 processes, 200 of which are applications, with 300 windows under a window manager:
 //
-//   process.all.first.ms  the first list of all applications that a program asks for, which also starts the
-//   watch process.all.ms        the median of later times, when nothing has changed process.all.pid.us    one
-//   application by its process ID, the mean over all of them process.all.change.ms from the start of a
-//   program with a window to the notification, the median process.all.ps.ms     what "ps -e" takes in the
-//   same run process.all.pgrep.ms  what "pgrep -x NAME" takes in the same run
+//   process.all.first.ms   the first list of all applications that a program asks for, starting the watch
+//
+//   process.all.ms         the median of later times, when nothing has changed
+//
+//   process.all.pid.us     one application by its process ID, the mean over all of them
+//
+//   process.all.change.ms  from the start of a program with a window to the notification, the median
+//
+//   process.all.ps.ms      what "ps -e" takes in the same run
+//
+//   process.all.pgrep.ms   what "pgrep -x NAME" takes in the same run
 #import <Foundation/Foundation.h>
 #include <signal.h>
 #include <spawn.h>

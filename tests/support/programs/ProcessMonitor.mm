@@ -2,8 +2,7 @@
 // everything that it is told:
 //
 //   ready APPLICATIONS                once it watches; the number of applications
-//   change COUNTER CACHED             at each notification: its value, the counter, and the entries of the
-//   cache
+//   change COUNTER CACHED             at each notification: its value, the counter, the cache's entries
 //
 // "-output N" writes to descriptor N, "-application YES" runs inside the toolkit's application object (with a
 // window server) and not on a bare run loop. Bare words would be files to open for the toolkit.
