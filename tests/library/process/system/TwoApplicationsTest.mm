@@ -29,11 +29,13 @@ using testing::TestApplication;
 using testing::WindowView;
 using Lines = std::vector<std::string>;
 
+constexpr double kStart = 20;  // seconds that a window may take to open on a busy machine
+
 // The windows A and B belong to the one, T to the other, S to the test itself, in this order of age.
 class TwoApplications : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(eventually([&] { return view.stacking() == "SABT" && view.active() == "T"; }))
+    ASSERT_TRUE(eventually([&] { return view.stacking() == "SABT" && view.active() == "T"; }, kStart))
         << view.stacking();
     // A server of the same name may have been gone for a test before.
     ASSERT_TRUE(eventually([&] { return [KRProcess frontProcess] != nil; }));
@@ -43,13 +45,13 @@ class TwoApplications : public ::testing::Test {
   TestApplication open(const std::string& name, const std::vector<std::string>& words,
                        const std::string& expected) {
     TestApplication application(folder, name, {}, words);
-    EXPECT_TRUE(eventually([&] { return view.stacking() == expected; })) << view.stacking();
+    EXPECT_TRUE(eventually([&] { return view.stacking() == expected; }, kStart)) << view.stacking();
     return application;
   }
 
   std::unique_ptr<OwnWindow> openOwn() {
     auto window = std::make_unique<OwnWindow>("S");
-    EXPECT_TRUE(eventually([&] { return view.stacking() == "S"; })) << view.stacking();
+    EXPECT_TRUE(eventually([&] { return view.stacking() == "S"; }, kStart)) << view.stacking();
     return window;
   }
 
