@@ -91,7 +91,10 @@ constexpr NSTimeInterval kPatience = 0.5;
 // any time. One that has lost its window answers no more, and nobody holds anything.
 - (BOOL)isAuthorizationEnforced {
   NSConditionLock* question = [[[NSConditionLock alloc] initWithCondition:kAsked] autorelease];
-  [self performSelectorOnMainThread:@selector(readOption:) withObject:question waitUntilDone:NO];
+  // The main thread itself answers at once.
+  [self performSelectorOnMainThread:@selector(readOption:)
+                         withObject:question
+                      waitUntilDone:[NSThread isMainThread]];
   while (![question lockWhenCondition:kAnswered beforeDate:[NSDate dateWithTimeIntervalSinceNow:kPatience]]) {
     if (kr::platform::UnfinishedWork::isLeftAlone()) return NO;
   }
