@@ -29,6 +29,7 @@ Services systemServices() noexcept {
           .files = &systemFileOperations(),
           .log = &systemLog(),
           .loginItems = &systemLoginItems(),
+          .menuBar = &systemMenuBar(),
           .processControl = &systemProcessControl(),
           .processEvents = &systemProcessEvents(),
           .processes = &systemProcessTable(),

@@ -20,6 +20,7 @@ class DoNotDisturb;
 class FileOperations;
 class LogSink;
 class LoginItems;
+class MenuBar;
 class ProcessControl;
 class ProcessEvents;
 class ProcessTable;
@@ -43,6 +44,7 @@ struct Services {
   FileOperations* files;
   LogSink* log;
   LoginItems* loginItems;
+  MenuBar* menuBar;
   ProcessControl* processControl;
   ProcessEvents* processEvents;
   ProcessTable* processes;

@@ -19,6 +19,7 @@ namespace kr::platform {
 [[nodiscard]] FileOperations& systemFileOperations() noexcept;
 [[nodiscard]] LogSink& systemLog() noexcept;
 [[nodiscard]] LoginItems& systemLoginItems() noexcept;
+[[nodiscard]] MenuBar& systemMenuBar() noexcept;
 [[nodiscard]] ProcessControl& systemProcessControl() noexcept;
 [[nodiscard]] ProcessEvents& systemProcessEvents() noexcept;
 [[nodiscard]] ProcessTable& systemProcessTable() noexcept;

@@ -118,3 +118,17 @@ typedef struct {
 + (BOOL)displayIsZoomed;
 
 @end
+
+// The state of the desktop. Main thread.
+@interface KRUtilities (DesktopState)
+
+// Whether the menu bar is hidden because an application fills the screen. The first question has the answer
+// NO; from then on it follows what the run loop is told.
++ (BOOL)fullScreenMode;
+
+@end
+
+// What +fullScreenMode installs, once per program, and its handler of an event: a class and a kind. The
+// handler answers that others are to get the event as well.
+FOUNDATION_EXPORT void InstallMenuBarEventMonitor(void);
+FOUNDATION_EXPORT int32_t MonitorMenuBarEventHandler(uint32_t eventClass, uint32_t kind);

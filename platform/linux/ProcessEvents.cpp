@@ -3,9 +3,7 @@
 #include <sys/eventfd.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
-#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -15,6 +13,7 @@
 #include "platform/ProcessTable.h"
 #include "platform/SystemServices.h"
 #include "platform/WindowOrder.h"
+#include "platform/linux/DesktopWatch.h"
 #include "platform/linux/ProcFS.h"
 #include "platform/linux/ProcessEnds.h"
 #include "platform/linux/RunLoopSource.h"
@@ -25,9 +24,6 @@
 namespace kr::platform {
 namespace {
 
-// A server that ends every connection is not asked again and again.
-constexpr std::chrono::seconds kReopenInterval{1};
-
 // Applications start and come to the front where the window manager says so on the root window; they end
 // where the kernel says so. An application that never shows a window is known from the process table, or from
 // the program that comes across it.
@@ -37,8 +33,10 @@ class DesktopEvents final : public ProcessEvents {
     handler_ = std::move(handler);
     learnedSource_.emplace(learned_.get(), [this] { tellLearned(); });
     endsSource_.emplace(ends_.descriptor(), [this] { tellEnded(); });
-    X11Desktop::shared().setOpenedHandler([this] { signalMainThread(); });
-    openWatch();
+    DesktopWatch::shared().listen([this](const X11RootWatch::News& news) {
+      if (news.windows) tellNewWindows();
+      if (news.active) tellFront();
+    });
     // After the watch was opened: what starts in between is told twice by the system, and once by us.
     for (const SerialNumber process : systemProcessTable().all()) ends_.watch(process);
     front_ = systemWindowOrder().front();
@@ -54,12 +52,10 @@ class DesktopEvents final : public ProcessEvents {
  private:
   void signalMainThread() { static_cast<void>(::eventfd_write(learned_.get(), 1)); }
 
-  // Something was signalled by another part of the program: a launch, or a server that can be had again.
   void tellLearned() {
     eventfd_t count = 0;
     static_cast<void>(::eventfd_read(learned_.get(), &count));
     tellLaunches();
-    if (!watch_ || watch_->display() != X11Connection::displayName()) reopenWatch();
   }
 
   void tellLaunches() {
@@ -90,35 +86,6 @@ class DesktopEvents final : public ProcessEvents {
     handler_(kFrontApplicationChanged);
   }
 
-  void takeNews() {
-    const X11RootWatch::News news = watch_->take();
-    if (news.windows) tellNewWindows();
-    if (news.active) tellFront();
-    if (!news.lost) return;
-    closeWatch();
-    if (std::chrono::steady_clock::now() - openedAt_ >= kReopenInterval) reopenWatch();
-  }
-
-  // What has changed in between is told now.
-  void reopenWatch() {
-    openWatch();
-    if (!watch_) return;
-    tellNewWindows();
-    tellFront();
-  }
-
-  void openWatch() {
-    closeWatch();
-    openedAt_ = std::chrono::steady_clock::now();
-    watch_ = X11RootWatch::open();
-    if (watch_) watchSource_.emplace(watch_->descriptor(), [this] { takeNews(); });
-  }
-
-  void closeWatch() {
-    watchSource_.reset();
-    watch_.reset();
-  }
-
   Handler handler_;
   std::atomic<bool> isStarted_ = false;
   ProcessEnds ends_;
@@ -126,9 +93,6 @@ class DesktopEvents final : public ProcessEvents {
   posix::FileDescriptor learned_{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
   std::atomic<int> launches_ = 0;
   std::optional<RunLoopSource> learnedSource_;
-  std::unique_ptr<X11RootWatch> watch_;
-  std::optional<RunLoopSource> watchSource_;
-  std::chrono::steady_clock::time_point openedAt_;
   std::optional<SerialNumber> front_;
 };
 

@@ -63,6 +63,13 @@ std::optional<pid_t> X11Desktop::activeProcess() {
   return owner != 0 ? std::optional(owner) : std::nullopt;
 }
 
+bool X11Desktop::activeWindowFillsScreen() {
+  const std::lock_guard lock(mutex_);
+  X11Session* session = connection_.session();
+  const std::optional<xcb_window_t> window = session ? x11::activeWindow(*session) : std::nullopt;
+  return window && x11::isFullScreen(*session, *window);
+}
+
 std::vector<xcb_window_t> X11Desktop::windowsOf(X11Session& session, pid_t process) {
   const std::vector<xcb_window_t> all = x11::stackingList(session);
   const std::vector<pid_t> owners = x11::owners(session, all);

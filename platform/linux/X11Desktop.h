@@ -32,6 +32,9 @@ class X11Desktop {
   // The owner of the active window.
   [[nodiscard]] std::optional<pid_t> activeProcess();
 
+  // Whether the active window fills the whole screen, the panels of the desktop included.
+  [[nodiscard]] bool activeWindowFillsScreen();
+
   // Raises all windows of the process, or its front window only, and gives the front one the focus. Windows
   // that are all hidden are shown first.
   void bringToFront(pid_t process, bool frontWindowOnly);

@@ -90,6 +90,12 @@ std::optional<xcb_window_t> activeWindow(X11Session& session) {
   return window != XCB_NONE ? std::optional(window) : std::nullopt;
 }
 
+bool isFullScreen(X11Session& session, xcb_window_t window) {
+  const xcb_ewmh_connection_t& names = *session.ewmh();
+  const std::vector<std::uint32_t> states = properties(session, {window}, names._NET_WM_STATE).front();
+  return std::find(states.begin(), states.end(), names._NET_WM_STATE_FULLSCREEN) != states.end();
+}
+
 std::vector<pid_t> owners(X11Session& session, const std::vector<xcb_window_t>& windows) {
   const std::uint32_t clientMask = ~::xcb_get_setup(session.connection())->resource_id_mask;
   std::map<std::uint32_t, pid_t> processes;

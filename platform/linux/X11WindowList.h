@@ -17,6 +17,8 @@ namespace kr::platform::x11 {
 
 [[nodiscard]] std::optional<xcb_window_t> activeWindow(X11Session& session);
 
+[[nodiscard]] bool isFullScreen(X11Session& session, xcb_window_t window);
+
 // The owner of each window, 0 where it cannot be had. The server is asked first; what a window says of itself
 // counts where the server does not know.
 [[nodiscard]] std::vector<pid_t> owners(X11Session& session, const std::vector<xcb_window_t>& windows);

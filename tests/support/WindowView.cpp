@@ -35,6 +35,17 @@ std::string WindowView::active() {
   return window ? title(*window) : "";
 }
 
+void WindowView::fillScreen(const std::string& wanted, bool fills) {
+  xcb_ewmh_connection_t* ewmh = session_->ewmh();
+  for (const xcb_window_t window : x11::stackingList(*session_)) {
+    if (title(window) != wanted) continue;
+    ::xcb_ewmh_request_change_wm_state(
+        ewmh, session_->screen(), window, fills ? XCB_EWMH_WM_STATE_ADD : XCB_EWMH_WM_STATE_REMOVE,
+        ewmh->_NET_WM_STATE_FULLSCREEN, XCB_NONE, XCB_EWMH_CLIENT_SOURCE_TYPE_NORMAL);
+  }
+  ::xcb_flush(session_->connection());
+}
+
 void WindowView::iconify(const std::string& wanted) {
   for (const xcb_window_t window : x11::stackingList(*session_)) {
     if (title(window) != wanted) continue;

@@ -23,6 +23,9 @@ class WindowView {
 
   [[nodiscard]] std::string active();
 
+  // Lets the window fill the screen, or takes that back, as the application's own command does.
+  void fillScreen(const std::string& wanted, bool fills);
+
   // What the user does with the button in the title bar.
   void iconify(const std::string& wanted);
 

@@ -11,6 +11,7 @@
 
 #include "platform/Services.h"
 #include "platform/testing/FixedDesktop.h"
+#include "platform/testing/InMemoryMenuBar.h"
 #include "platform/testing/InMemoryProcessTable.h"
 #include "platform/testing/InMemoryWindowOrder.h"
 #include "platform/testing/ManualClock.h"
@@ -32,6 +33,7 @@ class UtilitiesFixture : public ::testing::Test {
     set.clock = &clock_;
     set.doNotDisturb = &doNotDisturb_;
     set.log = &log_;
+    set.menuBar = &menuBar_;
     set.processes = &processes_;
     set.systemVersion = &system_;
     set.userInput = &userInput_;
@@ -50,6 +52,7 @@ class UtilitiesFixture : public ::testing::Test {
   platform::testing::ManualClock clock_;
   platform::testing::FixedDoNotDisturb doNotDisturb_;
   platform::testing::RecordingLog log_;
+  platform::testing::InMemoryMenuBar menuBar_;
   platform::testing::FixedSystemVersion system_;
   platform::testing::InMemoryProcessTable processes_;
   platform::testing::FixedUserInput userInput_;
