@@ -1,18 +1,15 @@
 #include "platform/linux/PrivilegedProgram.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "platform/Log.h"
 #include "platform/Paths.h"
+#include "platform/posix/ChildProcess.h"
 #include "platform/posix/Files.h"
 
 namespace kr::platform {
@@ -26,43 +23,13 @@ constexpr int kNotStarted = 127;
 constexpr std::size_t kNameLength = 15;
 
 // pkexec hands little of an environment on, and refuses to start with one that it does not like.
-constexpr const char* kEnvironment[] = {"PATH=/usr/sbin:/usr/bin:/sbin:/bin", nullptr};
+constexpr const char* kEnvironment = "PATH=/usr/sbin:/usr/bin:/sbin:/bin";
 
-class SpawnAttributes {
- public:
-  SpawnAttributes() {
-    ::posix_spawnattr_init(&attributes_);
-    ::posix_spawn_file_actions_init(&actions_);
-    sigset_t all;
-    ::sigfillset(&all);
-    ::posix_spawnattr_setsigdefault(&attributes_, &all);
-    ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF);
-    ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  }
-  ~SpawnAttributes() {
-    ::posix_spawn_file_actions_destroy(&actions_);
-    ::posix_spawnattr_destroy(&attributes_);
-  }
-  SpawnAttributes(const SpawnAttributes&) = delete;
-  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
-
-  [[nodiscard]] const posix_spawnattr_t* attributes() const { return &attributes_; }
-  [[nodiscard]] const posix_spawn_file_actions_t* actions() const { return &actions_; }
-
- private:
-  posix_spawnattr_t attributes_{};
-  posix_spawn_file_actions_t actions_{};
-};
-
-int start(pid_t& child, const std::string& elevator, const char* tool, const char* const* arguments) {
+posix::ChildSetup setup(const std::string& elevator, const char* tool, const char* const* arguments) {
   // Without a terminal of its own to ask on: the desktop asks, or nobody.
-  std::vector<char*> words{const_cast<char*>(elevator.c_str()), const_cast<char*>("--disable-internal-agent"),
-                           const_cast<char*>(tool)};
-  for (; *arguments != nullptr; ++arguments) words.push_back(const_cast<char*>(*arguments));
-  words.push_back(nullptr);
-  const SpawnAttributes spawn;
-  return ::posix_spawn(&child, elevator.c_str(), spawn.actions(), spawn.attributes(), words.data(),
-                       const_cast<char* const*>(kEnvironment));
+  std::vector<std::string> words{elevator, "--disable-internal-agent", tool};
+  for (; *arguments != nullptr; ++arguments) words.emplace_back(*arguments);
+  return {.words = std::move(words), .environment = std::vector<std::string>{kEnvironment}};
 }
 
 // Waits for the end of a child and leaves it to be waited for again. False when somebody else has taken it.
@@ -95,11 +62,12 @@ AuthorizationStatus refusal(const siginfo_t& end) {
 
 AuthorizationStatus runPrivileged(const std::string& elevator, const char* tool,
                                   const char* const* arguments) {
-  pid_t child = 0;
-  if (const int error = start(child, elevator, tool, arguments); error != 0) {
-    log("could not start %@: %@", elevator, std::generic_category().message(error));
+  posix::ChildProcess process;
+  if (const std::error_code error = process.start(setup(elevator, tool, arguments))) {
+    log("could not start %@: %@", elevator, error.message());
     return kAuthorizationToolNotStarted;
   }
+  const pid_t child = process.release();
   siginfo_t end{};
   if (!hasEnded(child, end) || !wasElevator(child, end, elevator)) return kAuthorized;
   ::waitpid(child, nullptr, 0);
