@@ -15,6 +15,9 @@ class Program {
 
   // Path of the program's own bundle, or of the folder of its executable where it has none.
   [[nodiscard]] virtual std::string bundlePath() = 0;
+
+  // Whether a debugger, or another program that traces processes, is attached to it.
+  [[nodiscard]] virtual bool isDebugged() = 0;
 };
 
 }  // namespace kr::platform

@@ -13,10 +13,13 @@ namespace kr::platform {
 [[nodiscard]] Applications& systemApplications() noexcept;
 [[nodiscard]] AudioDevices& systemAudioDevices() noexcept;
 [[nodiscard]] Authorization& systemAuthorization() noexcept;
+[[nodiscard]] Clipboard& systemClipboard() noexcept;
 [[nodiscard]] Clock& systemClock() noexcept;
 [[nodiscard]] DesktopAppearance& systemDesktopAppearance() noexcept;
 [[nodiscard]] DoNotDisturb& systemDoNotDisturb() noexcept;
 [[nodiscard]] FileOperations& systemFileOperations() noexcept;
+[[nodiscard]] FileSystems& systemFileSystems() noexcept;
+[[nodiscard]] Launcher& systemLauncher() noexcept;
 [[nodiscard]] LogSink& systemLog() noexcept;
 [[nodiscard]] LoginItems& systemLoginItems() noexcept;
 [[nodiscard]] MenuBar& systemMenuBar() noexcept;
@@ -24,6 +27,7 @@ namespace kr::platform {
 [[nodiscard]] ProcessEvents& systemProcessEvents() noexcept;
 [[nodiscard]] ProcessTable& systemProcessTable() noexcept;
 [[nodiscard]] Program& systemProgram() noexcept;
+[[nodiscard]] SecureInput& systemSecureInput() noexcept;
 [[nodiscard]] StandardFolders& systemStandardFolders() noexcept;
 [[nodiscard]] SystemVersion& systemSystemVersion() noexcept;
 [[nodiscard]] UserInput& systemUserInput() noexcept;

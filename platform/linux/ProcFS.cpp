@@ -21,6 +21,7 @@ constexpr std::string_view kDeleted = " (deleted)";
 
 // Numbers of the fields after the program's name; the state is field 3.
 constexpr int kStateField = 3;
+constexpr int kParentField = 4;
 constexpr int kUserTicksField = 14;
 constexpr int kStartTicksField = 22;
 
@@ -64,6 +65,10 @@ std::optional<Status> parseStatus(std::string_view text) {
     rest.remove_prefix(word.size());
     if (field == kStateField) {
       result.state = word.front();
+    } else if (field == kParentField) {
+      const auto parent = number<pid_t>(word);
+      if (!parent) return std::nullopt;
+      result.parent = *parent;
     } else if (field == kUserTicksField || field == kStartTicksField) {
       const auto ticks = number<std::uint64_t>(word);
       if (!ticks) return std::nullopt;

@@ -17,6 +17,7 @@ namespace kr::platform::procfs {
 // Fields of /proc/PID/stat. Times are in ticks, of which there are ticksPerSecond().
 struct Status {
   char state = 0;
+  pid_t parent = 0;
   std::uint64_t userTicks = 0;
   std::uint64_t startTicks = 0;  // since the system was started
 

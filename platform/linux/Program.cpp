@@ -8,6 +8,7 @@ namespace kr::platform {
 namespace {
 
 constexpr std::string_view kExecutableFolder = "/Contents/MacOS";
+constexpr std::string_view kTracer = "\nTracerPid:\t";
 
 class RunningProgram final : public Program {
  public:
@@ -30,6 +31,12 @@ class RunningProgram final : public Program {
     std::string_view folder = paths::parent(executable);
     if (folder.ends_with(kExecutableFolder)) folder.remove_suffix(kExecutableFolder.size());
     return std::string(folder);
+  }
+
+  bool isDebugged() override {
+    const std::string status = files::contents("/proc/self/status").value_or("");
+    const std::size_t tracer = status.find(kTracer);
+    return tracer != std::string::npos && !status.substr(tracer + kTracer.size()).starts_with("0\n");
   }
 };
 

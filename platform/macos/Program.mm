@@ -1,6 +1,10 @@
 #include "platform/Program.h"
 
 #import <Foundation/Foundation.h>
+#include <sys/sysctl.h>
+#include <unistd.h>
+
+#include <array>
 
 #include "platform/SystemServices.h"
 #import "platform/cocoa/Bridging.h"
@@ -20,6 +24,14 @@ class MainBundle final : public Program {
     @autoreleasepool {
       return toBytes([[NSBundle mainBundle] bundlePath]);
     }
+  }
+
+  bool isDebugged() override {
+    std::array<int, 4> name{CTL_KERN, KERN_PROC, KERN_PROC_PID, ::getpid()};
+    kinfo_proc process{};
+    std::size_t size = sizeof process;
+    return ::sysctl(name.data(), name.size(), &process, &size, nullptr, 0) == 0 &&
+           (process.kp_proc.p_flag & P_TRACED) != 0;
   }
 };
 

@@ -35,9 +35,9 @@ class Attributes {
   explicit Attributes(bool ownGroup) {
     ::posix_spawnattr_init(&attributes_);
     sigset_t signals;
-    ::sigfillset(&signals);
+    sigfillset(&signals);
     ::posix_spawnattr_setsigdefault(&attributes_, &signals);
-    ::sigemptyset(&signals);
+    sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes_, &signals);
     int flags = POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
     if (ownGroup) {

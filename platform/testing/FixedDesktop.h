@@ -1,5 +1,6 @@
-// Desktop services with settable answers: folders, login items, the running program, its system, the look of
-// the desktop, the user's input and wishes, the application database.
+// Desktop services with settable answers: folders, file systems, login items, the running program, who has
+// started it, its system, the look of the desktop, the user's input and wishes, the clipboard, the application
+// database.
 #pragma once
 
 #include <atomic>
@@ -11,11 +12,15 @@
 #include <vector>
 
 #include "platform/Applications.h"
+#include "platform/Clipboard.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/DoNotDisturb.h"
+#include "platform/FileSystems.h"
+#include "platform/Launcher.h"
 #include "platform/LoginItems.h"
 #include "platform/Paths.h"
 #include "platform/Program.h"
+#include "platform/SecureInput.h"
 #include "platform/StandardFolders.h"
 #include "platform/SystemVersion.h"
 #include "platform/UserInput.h"
@@ -49,9 +54,49 @@ class FixedProgram final : public Program {
  public:
   std::vector<std::string> words{"/Applications/VelmoraInstaller.app/VelmoraInstaller"};
   std::string bundle = "/Applications/VelmoraInstaller.app";
+  bool debugged = false;
 
   std::vector<std::string> arguments() override { return words; }
   std::string bundlePath() override { return bundle; }
+  bool isDebugged() override { return debugged; }
+};
+
+class FixedFileSystems final : public FileSystems {
+ public:
+  std::map<std::string, FileSystemType> types;  // by path; of others the type cannot be had
+  std::map<std::string, std::string> aliases;
+  std::vector<std::string> volumes{"/Volumes"};
+
+  FileSystemType type(const std::string& path) override {
+    const auto found = types.find(path);
+    return found != types.end() ? found->second : FileSystemType{.status = -1, .name = ""};
+  }
+  std::optional<std::string> aliasTarget(const std::string& path) override {
+    const auto found = aliases.find(path);
+    return found != aliases.end() ? std::optional(found->second) : std::nullopt;
+  }
+  std::vector<std::string> volumeFolders() override { return volumes; }
+};
+
+class FixedLauncher final : public Launcher {
+ public:
+  std::optional<std::string> launcher;
+
+  std::optional<std::string> signature() override { return launcher; }
+};
+
+class FixedClipboard final : public Clipboard {
+ public:
+  long count = 0;
+
+  long changeCount() override { return count; }
+};
+
+class FixedSecureInput final : public SecureInput {
+ public:
+  std::optional<std::string> text;
+
+  std::optional<std::string> report() override { return text; }
 };
 
 class FixedSystemVersion final : public SystemVersion {

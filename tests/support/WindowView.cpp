@@ -63,8 +63,8 @@ void WindowView::iconify(const std::string& wanted) {
 }
 
 std::string WindowView::title(xcb_window_t window) {
-  const auto cookie =
-      ::xcb_get_property(session_->connection(), 0, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 0, 64);
+  const auto cookie = ::xcb_get_property(session_->connection(), 0, window, XCB_ATOM_WM_NAME,
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0, 64);
   const X11Reply<xcb_get_property_reply_t> reply(
       ::xcb_get_property_reply(session_->connection(), cookie, nullptr));
   if (!reply) return "?";

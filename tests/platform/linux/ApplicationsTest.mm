@@ -100,6 +100,11 @@ TEST_F(DesktopApplications, AStartedProgramIsNoChildOfTheCaller) {
   EXPECT_EQ(errno, ECHILD);
 }
 
+TEST_F(DesktopApplications, ABundleIsStartedInTheBackgroundToo) {
+  applications_.openInBackground(bundle("P.app", "P", ""));
+  EXPECT_NE(started(), "(not started)");
+}
+
 TEST_F(DesktopApplications, ARegisteredApplicationHasADesktopEntry) {
   const std::string path =
       bundle("P.app", "P", "{ CFBundleIdentifier = \"com.example.p\"; CFBundleName = \"The P\"; }");

@@ -27,6 +27,7 @@ TEST(ParseStatus, ReadsStateTimesAndStart) {
   const std::optional<Status> status = parseStatus(line("cat"));
   ASSERT_TRUE(status);
   EXPECT_EQ(status->state, 'S');
+  EXPECT_EQ(status->parent, 1);
   EXPECT_EQ(status->userTicks, 250U);
   EXPECT_EQ(status->startTicks, 176749U);
   EXPECT_FALSE(status->hasEnded());

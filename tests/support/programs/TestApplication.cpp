@@ -8,6 +8,7 @@
 //   window NAME   opens a window with this title, one after the other
 //   comm NAME     takes this name in the kernel's list
 //   exec PATH     replaces itself by the program at the path when it is sent SIGUSR1
+//   copies        puts something on the clipboard whenever it is sent SIGUSR2; has to have a window
 //   busy N        uses N milliseconds of user CPU time
 #include <poll.h>
 #include <signal.h>
@@ -25,6 +26,7 @@
 namespace {
 
 volatile sig_atomic_t endDelay = 0;
+volatile sig_atomic_t copies = 0;
 std::string execPath;
 
 void endLater(int) {
@@ -34,6 +36,28 @@ void endLater(int) {
 
 void execNow(int) {
   ::execl(execPath.c_str(), execPath.c_str(), static_cast<char*>(nullptr));
+}
+
+void copyLater(int) {
+  copies = copies + 1;
+}
+
+xcb_atom_t clipboard(xcb_connection_t* connection) {
+  const auto asked = ::xcb_intern_atom(connection, 0, 9, "CLIPBOARD");
+  xcb_intern_atom_reply_t* reply = ::xcb_intern_atom_reply(connection, asked, nullptr);
+  const xcb_atom_t atom = reply->atom;
+  std::free(reply);
+  return atom;
+}
+
+// Being the owner of the selection is having put something there.
+void copyNow(xcb_connection_t* connection) {
+  const xcb_screen_t* screen = ::xcb_setup_roots_iterator(::xcb_get_setup(connection)).data;
+  const xcb_window_t owner = ::xcb_generate_id(connection);
+  ::xcb_create_window(connection, 0, owner, screen->root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, 0, nullptr);
+  ::xcb_set_selection_owner(connection, owner, clipboard(connection), XCB_CURRENT_TIME);
+  ::xcb_flush(connection);
 }
 
 void useTime(long milliseconds) {
@@ -68,8 +92,12 @@ bool openWindow(xcb_connection_t* connection, const std::string& title) {
 [[noreturn]] void waitForTheEnd(xcb_connection_t* connection) {
   for (;;) {
     pollfd server{connection != nullptr ? ::xcb_get_file_descriptor(connection) : -1, POLLIN, 0};
-    ::poll(&server, 1, -1);
+    // The signal to copy comes in the meantime only.
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::ppoll(&server, 1, nullptr, &none);
     if (connection == nullptr) continue;
+    for (; copies > 0; copies = copies - 1) copyNow(connection);
     while (xcb_generic_event_t* event = ::xcb_poll_for_event(connection)) std::free(event);
     if (::xcb_connection_has_error(connection) != 0) ::_exit(4);
   }
@@ -83,6 +111,14 @@ int main(int count, char** words) {
   int ready = -1;
   for (int at = 1; at < count; ++at) {
     const std::string_view word = words[at];
+    if (word == "copies") {
+      sigset_t signal;
+      ::sigemptyset(&signal);
+      ::sigaddset(&signal, SIGUSR2);
+      ::sigprocmask(SIG_BLOCK, &signal, nullptr);
+      ::signal(SIGUSR2, copyLater);
+      continue;
+    }
     if (word == "stubborn") {
       ::signal(SIGTERM, SIG_IGN);
       continue;

@@ -1,0 +1,61 @@
+#include "platform/linux/X11SelectionWatch.h"
+
+#include <xcb/xfixes.h>
+
+#include <string_view>
+#include <utility>
+
+namespace kr::platform {
+namespace {
+
+constexpr std::string_view kSelection = "CLIPBOARD";
+
+// Answers once everything that was sent before has been done.
+bool waitForServer(xcb_connection_t* connection) {
+  const X11Reply<xcb_get_input_focus_reply_t> reply(
+      ::xcb_get_input_focus_reply(connection, ::xcb_get_input_focus(connection), nullptr));
+  return reply != nullptr;
+}
+
+xcb_atom_t selection(xcb_connection_t* connection) {
+  const auto cookie = ::xcb_intern_atom(connection, 0, kSelection.size(), kSelection.data());
+  const X11Reply<xcb_intern_atom_reply_t> reply(::xcb_intern_atom_reply(connection, cookie, nullptr));
+  return reply ? reply->atom : XCB_NONE;
+}
+
+// The server takes requests of an extension once it has agreed on a version.
+bool agreeOnVersion(xcb_connection_t* connection) {
+  const auto cookie = ::xcb_xfixes_query_version(connection, 1, 0);
+  const X11Reply<xcb_xfixes_query_version_reply_t> reply(
+      ::xcb_xfixes_query_version_reply(connection, cookie, nullptr));
+  return reply != nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<X11SelectionWatch> X11SelectionWatch::open() {
+  std::string display = X11Connection::displayName();
+  if (display.empty()) return nullptr;
+  std::unique_ptr<X11Session> session = X11Session::open();
+  if (!session) return nullptr;
+  xcb_connection_t* connection = session->connection();
+  const xcb_query_extension_reply_t* extension = ::xcb_get_extension_data(connection, &xcb_xfixes_id);
+  if (extension == nullptr || extension->present == 0 || !agreeOnVersion(connection)) return nullptr;
+  ::xcb_xfixes_select_selection_input(connection, session->root(), selection(connection),
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+  if (!waitForServer(connection)) return nullptr;
+  const auto event = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+  return std::unique_ptr<X11SelectionWatch>(
+      new X11SelectionWatch(std::move(session), std::move(display), event));
+}
+
+std::optional<long> X11SelectionWatch::takeChanges() {
+  if (!waitForServer(session_->connection())) return std::nullopt;
+  long changes = 0;
+  while (const X11Reply<xcb_generic_event_t> event{::xcb_poll_for_event(session_->connection())}) {
+    if (event->response_type == event_) ++changes;
+  }
+  return changes;
+}
+
+}  // namespace kr::platform
