@@ -1,5 +1,5 @@
 // Utilities of the desktop for Cocoa programs. The class has no instances. Any thread, unless a category says
-// otherwise; nothing raises.
+// otherwise; nothing raises but what says so.
 //
 // On first use the class sets itself up: it watches changes of the system's theme, and from one second later
 // which program is in front, and logs "**Utilities initialized".
@@ -12,9 +12,6 @@
 
 @interface KRUtilities : NSObject
 
-// Opens a document with its default application. Returns at once, without a result.
-+ (void)openFile:(NSString*)path;
-
 // The names of the main bundle's program and version in its information dictionary; "" without one.
 + (NSString*)applicationName;
 + (NSString*)versionString;
@@ -25,6 +22,32 @@
 
 // How many icon files the main bundle has.
 + (NSUInteger)appType;
+
+@end
+
+// Other programs. Any thread.
+@interface KRUtilities (OtherPrograms)
+
+// Starts the file at the path ("~" stands for the home folder) in the home folder, with nothing to read, and
+// answers what it has written to its standard output and error once it has ended. After `timeout` seconds it
+// is asked to end, and the answer is what it has written so far. nil when that is not UTF-8. The file has to
+// say by itself what interprets it; without parameters (nil) it is started without. One that cannot be
+// started has as its text that it has failed. Blocks for up to the time.
++ (NSString*)runShellScript:(NSString*)path
+             withParameters:(NSArray*)parameters
+                    timeout:(NSTimeInterval)timeout;
+
+// What the command line, or the description of any other object, has written to its standard output. Blocks
+// until everybody has closed that; nil when it is not UTF-8. Raises where there is no shell.
++ (NSString*)shellCommandResult:(id)commandLine;
+
+// Opens a document with its default application, and an application by starting it. Returns at once, without
+// a result. Raises for nil.
++ (void)openFile:(NSString*)path;
+
+// The applications that keep the keyboard to themselves, as KRProcess objects; nil when there is none, and
+// where the system does not tell (on Linux).
++ (NSArray*)secureInputProcesses;
 
 @end
 
@@ -80,7 +103,8 @@ typedef struct {
 // The user's desktop. Main thread.
 @interface KRUtilities (Desktop)
 
-// Keeps +clipboardPublisherProcess up to date with every change of the program in front.
+// Keeps +clipboardPublisherProcess up to date with every change of the program in front that is told
+// (KRProcess.h says from when on).
 + (void)installProcessWatcher;
 + (void)processSwitched:(NSNotification*)notification;
 // The program that changed the clipboard last; nil while none is known.

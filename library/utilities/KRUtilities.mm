@@ -1,9 +1,7 @@
 #import "library/utilities/KRUtilities.h"
 
 #include "library/utilities/PackedText.h"
-#include "platform/Applications.h"
 #include "platform/Log.h"
-#include "platform/Services.h"
 #import "platform/cocoa/Bridging.h"
 
 namespace {
@@ -42,10 +40,6 @@ NSString* mainBundleText(NSString* key) {
   } @catch (NSException* exception) {
     kr::log("EXCEPTION @ initialize: %@", kr::toBytes([exception description]));
   }
-}
-
-+ (void)openFile:(NSString*)path {
-  kr::platform::services().applications->openInBackground(kr::toBytes(path));
 }
 
 + (NSString*)applicationName {

@@ -150,11 +150,6 @@ TEST_F(Utilities, ShowNothingForWhatIsNoDay) {
   EXPECT_EQ([KRUtilities localizedDateString:nil], nil);
 }
 
-TEST_F(Utilities, OpenDocumentsInTheBackground) {
-  [KRUtilities openFile:@"/Documents/Manual.txt"];
-  EXPECT_EQ(applications_.calls(), Lines{"openInBackground /Documents/Manual.txt"});
-}
-
 KRTestPasteboard* pasteboard(Class, SEL) {
   static KRTestPasteboard* only = [[KRTestPasteboard alloc] init];
   return only;

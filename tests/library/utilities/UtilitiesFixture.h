@@ -35,6 +35,7 @@ class UtilitiesFixture : public ::testing::Test {
     set.log = &log_;
     set.menuBar = &menuBar_;
     set.processes = &processes_;
+    set.secureInput = &secureInput_;
     set.systemVersion = &system_;
     set.userInput = &userInput_;
     set.windowOrder = &windowOrder_;
@@ -53,6 +54,7 @@ class UtilitiesFixture : public ::testing::Test {
   platform::testing::FixedDoNotDisturb doNotDisturb_;
   platform::testing::RecordingLog log_;
   platform::testing::InMemoryMenuBar menuBar_;
+  platform::testing::FixedSecureInput secureInput_;
   platform::testing::FixedSystemVersion system_;
   platform::testing::InMemoryProcessTable processes_;
   platform::testing::FixedUserInput userInput_;

@@ -1,0 +1,132 @@
+#include "library/utilities/ShellCommands.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <limits>
+
+#include "platform/Clock.h"
+#include "platform/Log.h"
+#include "platform/Paths.h"
+#include "platform/Services.h"
+#include "platform/StandardFolders.h"
+#include "platform/UTF8Bytes.h"
+#include "platform/posix/ChildProcess.h"
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/Files.h"
+
+namespace kr {
+namespace {
+
+constexpr double kPollInterval = 0.001;
+constexpr std::size_t kPipeReadSize = 1 << 16;
+constexpr const char* kShell = "/bin/sh";
+
+std::error_code lastError() {
+  return {errno, std::generic_category()};
+}
+
+// The file that a script writes into: where tmpnam() would put it, but nobody else can have made it.
+class OutputFile {
+ public:
+  OutputFile()
+      : path_(paths::joined(P_tmpdir, "script-output-" + std::to_string(::getpid()) + "-XXXXXX")),
+        file_(::mkostemp(path_.data(), O_CLOEXEC)),
+        error_(file_ ? std::error_code() : lastError()) {}
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] int descriptor() const { return file_.get(); }
+  // Why there is no file.
+  [[nodiscard]] std::error_code error() const { return error_; }
+
+ private:
+  std::string path_;
+  posix::FileDescriptor file_;
+  std::error_code error_;
+};
+
+std::u16string failed(std::string_view name, const std::string& what, std::error_code error) {
+  const std::string reason = "could not " + what + ": " + error.message();
+  return platform::utf16FromBytes(formatted("script %@ failed: %@", name, reason));
+}
+
+void waitForEnd(posix::ChildProcess& child, const ShellScript& script, std::string_view name) {
+  platform::Clock& clock = *platform::services().clock;
+  const double start = clock.monotonicSeconds();
+  while (child.isRunning()) {
+    // Narrowed as it is published.
+    const auto elapsed = static_cast<float>(clock.monotonicSeconds() - start);
+    if (static_cast<double>(elapsed) > script.timeout) {
+      log("script timeout: %@ %@", name, script.parametersText);
+      break;
+    }
+    clock.sleep(kPollInterval);
+  }
+  child.terminate();
+}
+
+std::optional<std::u16string> textOf(const std::string& path) {
+  const std::optional<std::string> bytes = files::contents(path, std::numeric_limits<ssize_t>::max());
+  std::optional<std::u16string> text = bytes ? platform::utf16FromUTF8(*bytes) : std::nullopt;
+  if (!text) log("error getting result: %@", bytes ? "not UTF-8" : lastError().message());
+  return text;
+}
+
+// False when it cannot be read.
+bool readToEnd(int pipe, std::string& bytes) {
+  for (;;) {
+    const std::size_t length = bytes.size();
+    bytes.resize(length + kPipeReadSize);
+    const ssize_t count = ::read(pipe, bytes.data() + length, kPipeReadSize);
+    bytes.resize(length + static_cast<std::size_t>(count > 0 ? count : 0));
+    if (count == 0) return true;
+    if (count < 0 && errno != EINTR) return false;
+  }
+}
+
+}  // namespace
+
+std::optional<std::u16string> runShellScript(const ShellScript& script) {
+  const std::string home = platform::services().folders->home();
+  const std::string path = paths::expandingTilde(script.path, home);
+  const std::string_view name = paths::lastComponent(path);
+  const OutputFile output;
+  if (output.error()) return failed(name, "create " + output.path(), output.error());
+  posix::ChildProcess child;
+  posix::ChildSetup setup{.words = {path},
+                          .folder = home,
+                          .output = output.descriptor(),
+                          .errors = output.descriptor(),
+                          .ownGroup = true};
+  if (script.parameters) {
+    setup.words.insert(setup.words.end(), script.parameters->begin(), script.parameters->end());
+  }
+  // The file of a script that does not start stays, as it is published.
+  if (const std::error_code error = child.start(setup)) return failed(name, "start " + path, error);
+  waitForEnd(child, script, name);
+  std::optional<std::u16string> text = textOf(output.path());
+  ::unlink(output.path().c_str());
+  return text;
+}
+
+CommandResult runShellCommand(const std::string& commandLine) {
+  int ends[2];
+  if (::pipe(ends) != 0) return {.output = {}, .error = lastError()};
+  const posix::FileDescriptor reading(ends[0]);
+  posix::FileDescriptor writing(ends[1]);
+  ::fcntl(reading.get(), F_SETFD, FD_CLOEXEC);
+  ::fcntl(writing.get(), F_SETFD, FD_CLOEXEC);
+  posix::ChildProcess child;
+  const std::error_code error =
+      child.start({.words = {kShell, "-c", commandLine}, .input = STDIN_FILENO, .output = writing.get()});
+  if (error) return {.output = {}, .error = error};
+  writing.reset();
+  std::string bytes;
+  if (!readToEnd(reading.get(), bytes)) return {};
+  return {.output = platform::utf16FromUTF8(bytes), .error = {}};
+}
+
+}  // namespace kr
