@@ -1,9 +1,9 @@
-#import <AppKit/AppKit.h>
-
 #import "library/process/KRProcess.h"
 #include "library/process/Retained.h"
 #include "library/utilities/ClipboardPublisher.h"
 #import "library/utilities/KRUtilities.h"
+#include "platform/Clipboard.h"
+#include "platform/Services.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ ProcessReference frontProcess() {
 }
 
 long clipboardChangeCount() {
-  return [[NSPasteboard generalPasteboard] changeCount];
+  return kr::platform::services().clipboard->changeCount();
 }
 
 kr::ClipboardPublisher<ProcessReference>& clipboardPublisher() {

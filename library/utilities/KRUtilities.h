@@ -100,6 +100,37 @@ typedef struct {
 
 @end
 
+// Where the program runs, and how it was started. Any thread.
+@interface KRUtilities (Environment)
+
+// Whether the program lies on a volume with the file ".launchlock" or "launchlock" at its root.
++ (BOOL)runningFromDistributionDisk;
+// Whether the program should act as an installer of itself: there, or in a place that does not last.
++ (BOOL)installationMode;
+
+// What the alias at the path leads to in the end; the path itself where it is no alias. On Linux that is a
+// symbolic link.
++ (NSString*)resolvedAlias:(NSString*)path;
+
+// The type of the file system that holds the path, as the system names it ("apfs", "ext4"); "" where that
+// cannot be had. Logs two lines.
++ (NSString*)fileSystemTypeFor:(NSString*)path;
+
+// Whether the program was started by one with this four-character creator code, and whether it was started
+// with the user's session. On Linux, "lgnw" stands for what starts the entries of the autostart folders, and
+// other codes are the signatures of bundles.
++ (BOOL)wasLaunchedByProcess:(NSString*)creatorCode;
++ (BOOL)wasLaunchedAsLoginItem;
+
+// An address of secure HTTP ("https:...") with "http" where the system is older than 10.13, or than the user
+// default "httpsMinSys" says (101200 for 10.12.0); every other address as it is.
++ (NSString*)safeHTTPS:(NSString*)address;
+
+// Whether a debugger is attached to the program.
++ (BOOL)debugging;
+
+@end
+
 // The user's desktop. Main thread.
 @interface KRUtilities (Desktop)
 

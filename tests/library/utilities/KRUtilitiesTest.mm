@@ -1,27 +1,11 @@
 #import "library/utilities/KRUtilities.h"
 
-#import <AppKit/AppKit.h>
-
 #include <array>
 #include <cstring>
 
 #import "library/process/KRProcess.h"
 #import "platform/cocoa/Bridging.h"
 #import "tests/library/utilities/UtilitiesFixture.h"
-
-// Stands for the pasteboard.
-@interface KRTestPasteboard : NSObject {
- @public
-  NSInteger count;
-}
-- (NSInteger)changeCount;
-@end
-
-@implementation KRTestPasteboard
-- (NSInteger)changeCount {
-  return count;
-}
-@end
 
 namespace kr::testing {
 namespace {
@@ -150,24 +134,17 @@ TEST_F(Utilities, ShowNothingForWhatIsNoDay) {
   EXPECT_EQ([KRUtilities localizedDateString:nil], nil);
 }
 
-KRTestPasteboard* pasteboard(Class, SEL) {
-  static KRTestPasteboard* only = [[KRTestPasteboard alloc] init];
-  return only;
-}
-
 TEST_F(Utilities, KnowWhichProgramChangedTheClipboard) {
-  const auto general =
-      ReplacedMethod::ofClass([NSPasteboard class], @selector(generalPasteboard), pasteboard);
   const auto writer = processes_.add({.pid = 100, .name = "Writer"});
   const auto reader = processes_.add({.pid = 101, .name = "Reader"});
   windowOrder_.inFront = writer;
   EXPECT_EQ([KRUtilities clipboardPublisherProcess], nil);
-  ++pasteboard(nil, nullptr)->count;
+  ++clipboard_.count;
   EXPECT_TRUE([[KRUtilities clipboardPublisherProcess] isEqual:[KRProcess processWithSerialNumber:writer]]);
   windowOrder_.inFront = reader;
   [KRUtilities processSwitched:nil];
   EXPECT_TRUE([[KRUtilities clipboardPublisherProcess] isEqual:[KRProcess processWithSerialNumber:writer]]);
-  ++pasteboard(nil, nullptr)->count;
+  ++clipboard_.count;
   EXPECT_TRUE([[KRUtilities clipboardPublisherProcess] isEqual:[KRProcess processWithSerialNumber:reader]]);
 }
 

@@ -30,11 +30,15 @@ class UtilitiesFixture : public ::testing::Test {
                                         ownCenter)) {
     platform::Services set = platform::services();
     set.applications = &applications_;
+    set.clipboard = &clipboard_;
     set.clock = &clock_;
     set.doNotDisturb = &doNotDisturb_;
+    set.fileSystems = &fileSystems_;
+    set.launcher = &launcher_;
     set.log = &log_;
     set.menuBar = &menuBar_;
     set.processes = &processes_;
+    set.program = &program_;
     set.secureInput = &secureInput_;
     set.systemVersion = &system_;
     set.userInput = &userInput_;
@@ -50,10 +54,14 @@ class UtilitiesFixture : public ::testing::Test {
   }
 
   platform::testing::RecordingApplications applications_;
+  platform::testing::FixedClipboard clipboard_;
   platform::testing::ManualClock clock_;
   platform::testing::FixedDoNotDisturb doNotDisturb_;
+  platform::testing::FixedFileSystems fileSystems_;
+  platform::testing::FixedLauncher launcher_;
   platform::testing::RecordingLog log_;
   platform::testing::InMemoryMenuBar menuBar_;
+  platform::testing::FixedProgram program_;
   platform::testing::FixedSecureInput secureInput_;
   platform::testing::FixedSystemVersion system_;
   platform::testing::InMemoryProcessTable processes_;
