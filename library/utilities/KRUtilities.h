@@ -131,6 +131,17 @@ typedef struct {
 
 @end
 
+// Main thread.
+@interface KRUtilities (Micro)
+
+// Gives the keyboard back to the program in front, by means of the application "Micro" among the resources of
+// the main bundle: that comes to the front, and the program that was there before is woken up and comes back,
+// unless it is to stay behind. Blocks for up to half a second for either way. Nothing in full-screen mode.
+// What fails is logged.
++ (void)launchMicro:(BOOL)staysBehind;
+
+@end
+
 // The user's desktop. Main thread.
 @interface KRUtilities (Desktop)
 

@@ -17,6 +17,7 @@
 #include "platform/posix/ChildProcess.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/Files.h"
+#include "platform/posix/LastError.h"
 
 namespace kr {
 namespace {
@@ -25,17 +26,13 @@ constexpr double kPollInterval = 0.001;
 constexpr std::size_t kPipeReadSize = 1 << 16;
 constexpr const char* kShell = "/bin/sh";
 
-std::error_code lastError() {
-  return {errno, std::generic_category()};
-}
-
 // The file that a script writes into: where tmpnam() would put it, but nobody else can have made it.
 class OutputFile {
  public:
   OutputFile()
       : path_(paths::joined(P_tmpdir, "script-output-" + std::to_string(::getpid()) + "-XXXXXX")),
         file_(::mkostemp(path_.data(), O_CLOEXEC)),
-        error_(file_ ? std::error_code() : lastError()) {}
+        error_(file_ ? std::error_code() : posix::lastError()) {}
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] int descriptor() const { return file_.get(); }
@@ -71,7 +68,7 @@ void waitForEnd(posix::ChildProcess& child, const ShellScript& script, std::stri
 std::optional<std::u16string> textOf(const std::string& path) {
   const std::optional<std::string> bytes = files::contents(path, std::numeric_limits<ssize_t>::max());
   std::optional<std::u16string> text = bytes ? platform::utf16FromUTF8(*bytes) : std::nullopt;
-  if (!text) log("error getting result: %@", bytes ? "not UTF-8" : lastError().message());
+  if (!text) log("error getting result: %@", bytes ? "not UTF-8" : posix::lastError().message());
   return text;
 }
 
@@ -114,7 +111,7 @@ std::optional<std::u16string> runShellScript(const ShellScript& script) {
 
 CommandResult runShellCommand(const std::string& commandLine) {
   int ends[2];
-  if (::pipe(ends) != 0) return {.output = {}, .error = lastError()};
+  if (::pipe(ends) != 0) return {.output = {}, .error = posix::lastError()};
   const posix::FileDescriptor reading(ends[0]);
   posix::FileDescriptor writing(ends[1]);
   ::fcntl(reading.get(), F_SETFD, FD_CLOEXEC);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/LastError.h"
 #include "platform/posix/Spawn.h"
 
 namespace kr::posix {
@@ -104,7 +105,7 @@ std::error_code ChildProcess::start(const ChildSetup& setup) {
   Actions actions;
   Attributes attributes(setup.ownGroup);
   for (int number = STDIN_FILENO; number < kFirstOther; ++number) {
-    if (!streams[number]) return asError(errno);
+    if (!streams[number]) return lastError();
     ::posix_spawn_file_actions_adddup2(actions.get(), streams[number].get(), number);
   }
   closeAllOthers(*actions.get(), *attributes.get());
