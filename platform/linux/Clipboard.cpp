@@ -23,6 +23,7 @@ class SelectionClipboard final : public Clipboard {
       count_ += *changes;
     } else {
       watch_.reset();
+      open();
     }
     return count_;
   }
@@ -34,7 +35,7 @@ class SelectionClipboard final : public Clipboard {
     if (wanted == display_ && now < nextAttempt_) return;
     display_ = wanted;
     watch_ = X11SelectionWatch::open();
-    nextAttempt_ = now + kRetryInterval;
+    nextAttempt_ = watch_ ? now : now + kRetryInterval;
   }
 
   long count_ = 0;

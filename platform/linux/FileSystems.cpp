@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include "platform/Paths.h"
@@ -40,7 +41,7 @@ Asked ask(const std::string& path) {
   return asked;
 }
 
-// None when no answer comes in time. The thread that waits for it is given up.
+// None when no answer comes in time, or nobody can wait for one. The thread that waits is given up.
 std::optional<Asked> askPatiently(const std::string& path) {
   struct Question {
     std::mutex mutex;
@@ -48,12 +49,17 @@ std::optional<Asked> askPatiently(const std::string& path) {
     std::optional<Asked> answer;
   };
   const auto question = std::make_shared<Question>();
-  std::thread([question, path] {
+  const auto wait = [question, path] {
     const Asked answer = ask(path);
     const std::lock_guard lock(question->mutex);
     question->answer = answer;
     question->answered.notify_one();
-  }).detach();
+  };
+  try {
+    std::thread(wait).detach();
+  } catch (const std::system_error&) {
+    return std::nullopt;
+  }
   std::unique_lock lock(question->mutex);
   question->answered.wait_for(lock, kPatience, [&] { return question->answer.has_value(); });
   return question->answer;

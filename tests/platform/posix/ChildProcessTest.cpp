@@ -28,7 +28,7 @@ using kr::testing::ScratchFolder;
 class ChildProcessTest : public ::testing::Test {
  protected:
   [[nodiscard]] static FileDescriptor created(const std::string& path) {
-    return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
   }
 
   // What the program writes to its standard output.
