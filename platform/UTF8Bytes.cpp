@@ -11,42 +11,55 @@ namespace {
 constexpr char16_t kByteEscape = 0xDC00;
 constexpr char32_t kReplacement = 0xFFFD;
 
-struct LeadByte {
-  std::uint8_t mask, value;
-  int following;
-  char32_t lowest;  // a shorter form exists for anything below
-};
-constexpr std::array<LeadByte, 3> kLeadBytes{
-    {{0xE0, 0xC0, 1, 0x80}, {0xF0, 0xE0, 2, 0x800}, {0xF8, 0xF0, 3, 0x10000}}};
-
-bool isSurrogate(char32_t point) {
-  return point >= 0xD800 && point <= 0xDFFF;
+bool isSurrogate(char16_t unit) {
+  return (unit & 0xF800) == 0xD800;
 }
 bool isHigh(char16_t unit) {
-  return unit >= 0xD800 && unit <= 0xDBFF;
+  return (unit & 0xFC00) == 0xD800;
 }
 bool isLow(char16_t unit) {
-  return unit >= 0xDC00 && unit <= 0xDFFF;
+  return (unit & 0xFC00) == 0xDC00;
+}
+char32_t joined(char16_t high, char16_t low) {
+  return 0x10000 + (static_cast<char32_t>(high - 0xD800) << 10) + (low - 0xDC00U);
 }
 
-// Decodes the character that starts at `bytes`; its length in bytes, 0 when it is not valid UTF-8.
-std::size_t decode(std::string_view bytes, char32_t& point) {
-  const auto lead = static_cast<std::uint8_t>(bytes.front());
-  if (lead < 0x80) {
-    point = lead;
-    return 1;
+using Byte = std::uint8_t;
+
+bool isBetween(Byte byte, Byte lowest, Byte highest) {
+  return byte >= lowest && byte <= highest;
+}
+bool follows(Byte byte) {
+  return (byte & 0xC0) == 0x80;
+}
+char32_t six(Byte byte) {
+  return byte & 0x3FU;
+}
+
+// Decodes the character outside ASCII that starts at `bytes`; its length in bytes, 0 when it is not valid
+// UTF-8. The second byte has fewer values where more would mean a surrogate, a number beyond the last, or one
+// that has a shorter form.
+std::size_t decode(const Byte* bytes, std::size_t available, char32_t& point) {
+  const Byte lead = bytes[0];
+  if (isBetween(lead, 0xC2, 0xDF)) {
+    if (available < 2 || !follows(bytes[1])) return 0;
+    point = (lead & 0x1FU) << 6U | six(bytes[1]);
+    return 2;
   }
-  for (const LeadByte& form : kLeadBytes) {
-    if ((lead & form.mask) != form.value) continue;
-    const auto length = static_cast<std::size_t>(form.following) + 1;
-    if (bytes.size() < length) return 0;
-    point = lead & static_cast<std::uint8_t>(~form.mask);
-    for (std::size_t at = 1; at < length; ++at) {
-      const auto next = static_cast<std::uint8_t>(bytes[at]);
-      if ((next & 0xC0) != 0x80) return 0;
-      point = point << 6 | (next & 0x3F);
-    }
-    return point < form.lowest || point > 0x10FFFF || isSurrogate(point) ? 0 : length;
+  if (isBetween(lead, 0xE0, 0xEF)) {
+    const Byte lowest = lead == 0xE0 ? 0xA0 : 0x80;
+    const Byte highest = lead == 0xED ? 0x9F : 0xBF;
+    if (available < 3 || !isBetween(bytes[1], lowest, highest) || !follows(bytes[2])) return 0;
+    point = (lead & 0xFU) << 12U | six(bytes[1]) << 6U | six(bytes[2]);
+    return 3;
+  }
+  if (isBetween(lead, 0xF0, 0xF4)) {
+    const Byte lowest = lead == 0xF0 ? 0x90 : 0x80;
+    const Byte highest = lead == 0xF4 ? 0x8F : 0xBF;
+    if (available < 4 || !isBetween(bytes[1], lowest, highest) || !follows(bytes[2]) || !follows(bytes[3]))
+      return 0;
+    point = (lead & 0x7U) << 18U | six(bytes[1]) << 12U | six(bytes[2]) << 6U | six(bytes[3]);
+    return 4;
   }
   return 0;
 }
@@ -57,10 +70,13 @@ constexpr std::size_t kBlock = 32;
 // Copies blocks of ASCII for as long as there are any; answers their length.
 template <class From, class To>
 std::size_t copyASCIIBlocks(const From* from, std::size_t length, To* to) {
+  using Unsigned = std::make_unsigned_t<From>;
   std::size_t at = 0;
   for (; at + kBlock <= length; at += kBlock) {
-    unsigned all = 0;
-    for (std::size_t index = at; index < at + kBlock; ++index) all |= std::make_unsigned_t<From>(from[index]);
+    Unsigned all = 0;
+    for (std::size_t index = at; index < at + kBlock; ++index) {
+      all = static_cast<Unsigned>(all | static_cast<Unsigned>(from[index]));
+    }
     if (all >= 0x80) break;
     for (std::size_t index = at; index < at + kBlock; ++index) to[index] = static_cast<To>(from[index]);
   }
@@ -68,15 +84,21 @@ std::size_t copyASCIIBlocks(const From* from, std::size_t length, To* to) {
 }
 
 char* append(char* end, char32_t point) {
+  const auto put = [&end](char32_t byte) { *end++ = static_cast<char>(byte); };
   if (point < 0x80) {
-    *end++ = static_cast<char>(point);
-    return end;
-  }
-  const int following = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
-  *end++ =
-      static_cast<char>(kLeadBytes[static_cast<std::size_t>(following) - 1].value | point >> (6 * following));
-  for (int shift = 6 * (following - 1); shift >= 0; shift -= 6) {
-    *end++ = static_cast<char>(0x80 | (point >> shift & 0x3F));
+    put(point);
+  } else if (point < 0x800) {
+    put(0xC0U | point >> 6U);
+    put(0x80U | (point & 0x3FU));
+  } else if (point < 0x10000) {
+    put(0xE0U | point >> 12U);
+    put(0x80U | (point >> 6U & 0x3FU));
+    put(0x80U | (point & 0x3FU));
+  } else {
+    put(0xF0U | point >> 18U);
+    put(0x80U | (point >> 12U & 0x3FU));
+    put(0x80U | (point >> 6U & 0x3FU));
+    put(0x80U | (point & 0x3FU));
   }
   return end;
 }
@@ -94,13 +116,14 @@ std::size_t encode(std::u16string_view units, char* bytes) {
     at += copied;
     for (const std::size_t stop = std::min(at + kBlock, units.size()); at < stop; ++at) {
       const char16_t unit = units[at];
-      if (isHigh(unit) && at + 1 < units.size() && isLow(units[at + 1])) {
-        end = append(end, 0x10000 + (static_cast<char32_t>(unit - 0xD800) << 10) + (units[at + 1] - 0xDC00U));
-        ++at;
+      if (!isSurrogate(unit)) {
+        end = append(end, unit);
+      } else if (isHigh(unit) && at + 1 < units.size() && isLow(units[at + 1])) {
+        end = append(end, joined(unit, units[++at]));
       } else if (unit >= kByteEscape + 0x80 && unit <= kByteEscape + 0xFF) {
         *end++ = static_cast<char>(unit - kByteEscape);
       } else {
-        end = append(end, isSurrogate(unit) ? kReplacement : unit);
+        end = append(end, kReplacement);
       }
     }
   }
@@ -110,28 +133,35 @@ std::size_t encode(std::u16string_view units, char* bytes) {
 // Decodes all of the bytes. Where they are not UTF-8 it asks for what stands in a byte's place; 0 ends it,
 // and the answer is then none.
 template <class Replacement>
-std::optional<std::u16string> decodeAll(std::string_view bytes, Replacement replacement) {
-  std::u16string units(bytes.size(), u'\0');
+std::optional<std::u16string> decodeAll(std::string_view text, Replacement replacement) {
+  std::u16string units(text.size(), u'\0');
   char16_t* end = units.data();
-  while (!bytes.empty()) {
-    const std::size_t copied = copyASCIIBlocks(bytes.data(), bytes.size(), end);
+  const auto* const bytes = reinterpret_cast<const Byte*>(text.data());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t copied = copyASCIIBlocks(text.data() + at, text.size() - at, end);
     end += copied;
-    bytes.remove_prefix(copied);
+    at += copied;
     // Outside ASCII, or at the end: as many characters one by one as a block has bytes.
-    for (std::size_t count = 0; count < kBlock && !bytes.empty(); ++count) {
+    for (std::size_t count = 0; count < kBlock && at < text.size(); ++count) {
+      if (bytes[at] < 0x80) {
+        *end++ = bytes[at++];
+        continue;
+      }
       char32_t point = 0;
-      const std::size_t length = decode(bytes, point);
+      const std::size_t length = decode(bytes + at, text.size() - at, point);
       if (length == 0) {
-        const char16_t unit = replacement(static_cast<std::uint8_t>(bytes.front()));
+        const char16_t unit = replacement(bytes[at++]);
         if (unit == 0) return std::nullopt;
         *end++ = unit;
-      } else if (point < 0x10000) {
+        continue;
+      }
+      at += length;
+      if (point < 0x10000) {
         *end++ = static_cast<char16_t>(point);
       } else {
         *end++ = static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
         *end++ = static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
       }
-      bytes.remove_prefix(length == 0 ? 1 : length);
     }
   }
   units.resize(static_cast<std::size_t>(end - units.data()));
@@ -149,7 +179,7 @@ std::optional<std::u16string> utf16FromUTF8(std::string_view bytes) {
 }
 
 void forEachUTF8Part(std::u16string_view units, const std::function<void(std::string_view)>& call) {
-  std::array<char, kPart * kMostBytes> part{};
+  std::array<char, kPart * kMostBytes> part;  // NOLINT: written before it is read
   while (!units.empty()) {
     // A pair is not taken apart.
     std::size_t length = std::min(kPart, units.size());

@@ -1,8 +1,10 @@
 #include "library/text/NumericOrder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
+#include <string>
 
 #include "library/text/CodePoints.h"
 #include "platform/CaseFolding.h"
@@ -74,6 +76,35 @@ std::optional<std::strong_ordering> decide(std::u16string_view one, std::u16stri
   }
 }
 
+// A text without regard to case. Short texts in ASCII, which most are, need neither memory nor the system.
+class FoldedText {
+ public:
+  explicit FoldedText(std::u16string_view text) {
+    unsigned all = 0;
+    if (text.size() <= few_.size()) {
+      for (std::size_t index = 0; index < text.size(); ++index) {
+        const char16_t unit = text[index];
+        all |= unit;
+        few_[index] = unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+      }
+      folded_ = {few_.data(), text.size()};
+    }
+    if (text.size() > few_.size() || all >= 0x80) {
+      many_ = platform::foldedCase(text);
+      folded_ = many_;
+    }
+  }
+  FoldedText(const FoldedText&) = delete;
+  FoldedText& operator=(const FoldedText&) = delete;
+
+  operator std::u16string_view() const { return folded_; }  // NOLINT: it is one
+
+ private:
+  std::array<char16_t, 128> few_;  // NOLINT: written before it is read
+  std::u16string many_;
+  std::u16string_view folded_;
+};
+
 }  // namespace
 
 std::strong_ordering numericOrder(std::u16string_view one, std::u16string_view other) {
@@ -86,12 +117,12 @@ std::optional<std::strong_ordering> numericOrderOfBeginnings(std::u16string_view
 }
 
 std::strong_ordering caseInsensitiveNumericOrder(std::u16string_view one, std::u16string_view other) {
-  return numericOrder(platform::foldedCase(one), platform::foldedCase(other));
+  return numericOrder(FoldedText(one), FoldedText(other));
 }
 
 std::optional<std::strong_ordering> caseInsensitiveNumericOrderOfBeginnings(std::u16string_view one,
                                                                             std::u16string_view other) {
-  return numericOrderOfBeginnings(platform::foldedCase(one), platform::foldedCase(other));
+  return numericOrderOfBeginnings(FoldedText(one), FoldedText(other));
 }
 
 }  // namespace kr

@@ -1,6 +1,8 @@
 #include "library/text/PercentEscapes.h"
 
+#include <algorithm>
 #include <array>
+#include <string>
 
 #include "library/text/CodePoints.h"
 #include "library/text/LiteralSearch.h"
@@ -45,63 +47,101 @@ int byteOfEscape(std::u16string_view text) {
   return high < 0 || low < 0 ? -1 : high << 4 | low;
 }
 
-void appendEscape(std::u16string& text, unsigned char byte) {
-  text += kPercent;
-  text += kHexDigits[byte >> 4U];
-  text += kHexDigits[byte & 0xFU];
+// The longest escape of one unit: three bytes of UTF-8.
+constexpr std::size_t kLongestEscape = 9;
+
+char16_t* putEscape(char16_t* end, unsigned byte) {
+  *end++ = kPercent;
+  *end++ = kHexDigits[byte >> 4U];
+  *end++ = kHexDigits[byte & 0xFU];
+  return end;
+}
+
+// One escape for each byte of the character, which is outside ASCII.
+char16_t* putEscapes(char16_t* end, char32_t point) {
+  const auto following = [point](unsigned shift) { return 0x80U | (point >> shift & 0x3FU); };
+  if (point < 0x800) {
+    end = putEscape(end, 0xC0U | point >> 6U);
+  } else if (point < 0x10000) {
+    end = putEscape(end, 0xE0U | point >> 12U);
+    end = putEscape(end, following(6));
+  } else {
+    end = putEscape(end, 0xF0U | point >> 18U);
+    end = putEscape(end, following(12));
+    end = putEscape(end, following(6));
+  }
+  return putEscape(end, following(0));
+}
+
+// Adds the escapes, without one for "#" where that is to stay.
+std::optional<std::u16string> withEscapesAdded(std::u16string_view text, bool keepsNumberSigns) {
+  std::u16string result;
+  result.reserve(text.size() + text.size() / 2);
+  // Written in parts, each with room for the longest escapes and the second half of a pair.
+  constexpr std::size_t kPart = 512;
+  std::array<char16_t, (kPart + 1) * kLongestEscape> part;  // NOLINT: written before it is read
+  for (std::size_t index = 0; index < text.size();) {
+    char16_t* end = part.data();
+    for (const std::size_t stop = std::min(index + kPart, text.size()); index < stop; ++index) {
+      const char16_t unit = text[index];
+      if (isAllowed(unit) || (unit == u'#' && keepsNumberSigns)) {
+        *end++ = unit;
+      } else if (unit < kAllowed.size()) {
+        end = putEscape(end, unit);
+      } else if (startsWithPair(text.substr(index))) {
+        end = putEscapes(end, codePointAt(text, index++));
+      } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
+        return std::nullopt;
+      } else {
+        end = putEscapes(end, unit);
+      }
+    }
+    result.append(part.data(), end);
+  }
+  return result;
 }
 
 }  // namespace
 
 std::optional<std::u16string> withPercentEscapesExpanded(std::u16string_view text) {
-  std::u16string result;
-  result.reserve(text.size());
+  std::u16string result(text.size(), u'\0');
+  char16_t* end = result.data();
   std::string bytes;
   for (;;) {
-    const std::size_t escape = findUnit(text, kPercent);
-    result += text.substr(0, escape);
-    if (escape == kNotFound) return result;
+    // Escapes stand close together or not at all.
+    const std::size_t escape = std::min(findUnit(text, kPercent), text.size());
+    end = std::copy_n(text.data(), escape, end);
     text.remove_prefix(escape);
+    if (text.empty()) break;
+    int byte = byteOfEscape(text);
+    if (byte < 0) return std::nullopt;
+    for (; byte >= 0 && byte < 0x80; byte = byteOfEscape(text)) {
+      *end++ = static_cast<char16_t>(byte);
+      text.remove_prefix(3);
+    }
     bytes.clear();
-    for (int byte; (byte = byteOfEscape(text)) >= 0; text.remove_prefix(3)) bytes += static_cast<char>(byte);
+    for (; byte >= 0; byte = byteOfEscape(text)) {
+      bytes += static_cast<char>(byte);
+      text.remove_prefix(3);
+    }
     const std::optional<std::u16string> characters = platform::utf16FromUTF8(bytes);
-    if (bytes.empty() || !characters) return std::nullopt;
-    result += *characters;
+    if (!characters) return std::nullopt;
+    end = std::copy(characters->begin(), characters->end(), end);
   }
-}
-
-std::optional<std::u16string> withPercentEscapesAdded(std::u16string_view text) {
-  std::u16string result;
-  result.reserve(text.size() + text.size() / 4);
-  std::size_t index = 0;
-  while (index < text.size()) {
-    const std::size_t start = index;
-    while (index < text.size() && isAllowed(text[index])) ++index;
-    result += text.substr(start, index - start);
-    if (index == text.size()) break;
-    const char16_t unit = text[index];
-    if (unit < kAllowed.size()) {
-      appendEscape(result, static_cast<unsigned char>(unit));
-      ++index;
-      continue;
-    }
-    const std::size_t length = startsWithPair(text.substr(index)) ? 2 : 1;
-    if (length == 1 && (isHighSurrogate(unit) || isLowSurrogate(unit))) return std::nullopt;
-    for (const char byte : platform::bytesFromUTF16(text.substr(index, length))) {
-      appendEscape(result, static_cast<unsigned char>(byte));
-    }
-    index += length;
-  }
+  result.resize(static_cast<std::size_t>(end - result.data()));
   return result;
 }
 
+std::optional<std::u16string> withPercentEscapesAdded(std::u16string_view text) {
+  return withEscapesAdded(text, false);
+}
+
 std::optional<std::u16string> withPercentEscapes(std::u16string_view text) {
+  // Every "%" of the result begins an escape: never to write "%23" is as good as to turn it back.
+  if (findUnit(text, kPercent) == kNotFound) return withEscapesAdded(text, true);
   const std::optional<std::u16string> plain = withPercentEscapesExpanded(text);
   if (!plain) return std::nullopt;
-  std::optional<std::u16string> result = withPercentEscapesAdded(*plain);
-  if (!result) return std::nullopt;
-  std::optional<std::u16string> withNumberSigns = replacedLiterally(*result, u"%23", u"#");
-  return withNumberSigns ? withNumberSigns : result;
+  return withEscapesAdded(*plain, true);
 }
 
 }  // namespace kr

@@ -1,3 +1,4 @@
+#include "library/text/CodePoints.h"
 #include "library/text/Numbers.h"
 #include "library/text/NumericOrder.h"
 #import "library/text/StringExtensions.h"
@@ -17,20 +18,41 @@ NSComparisonResult comparisonResult(std::strong_ordering order) {
 template <class Text>
 using Order = Text (*)(std::u16string_view, std::u16string_view);
 
-// Most texts differ early: of long ones a beginning is looked at first, and a longer one where it is not
-// enough.
+constexpr NSUInteger kLook = 128;
+
+// How many units the texts begin with that are the same, taken back to the start of a number or a pair of
+// surrogates that the difference may lie in. Not to the last unit: most of it is looked at in parts.
+NSUInteger equalBeginning(NSString* one, NSString* other, NSUInteger length) {
+  NSUInteger start = 0;
+  while (start + kLook <= length) {
+    const NSRange part = NSMakeRange(start, kLook);
+    if (kr::UTF16Text(one, part).view() != kr::UTF16Text(other, part).view()) break;
+    start += kLook;
+  }
+  const auto mayGoOn = [](char16_t unit) {
+    return (unit >= '0' && unit <= '9') || kr::isHighSurrogate(unit);
+  };
+  while (start > 0 && mayGoOn(static_cast<char16_t>([one characterAtIndex:start - 1]))) --start;
+  return start;
+}
+
+// Of long texts what they both begin with is passed over, and then a beginning of the rest is compared first,
+// and a longer one where that is not enough.
 NSComparisonResult compare(NSString* one, NSString* other, Order<std::strong_ordering> order,
                            Order<std::optional<std::strong_ordering>> orderOfBeginnings) {
-  constexpr NSUInteger kFirstLook = 128;
   constexpr NSUInteger kGrowth = 16;
   const NSUInteger length = [one length];
   const NSUInteger otherLength = [other length];
-  for (NSUInteger look = kFirstLook; look < MAX(length, otherLength); look *= kGrowth) {
-    const auto decided = orderOfBeginnings(kr::UTF16Text(one, NSMakeRange(0, MIN(look, length))),
-                                           kr::UTF16Text(other, NSMakeRange(0, MIN(look, otherLength))));
+  const NSUInteger start = equalBeginning(one, other, MIN(length, otherLength));
+  const NSUInteger rest = length - start;
+  const NSUInteger otherRest = otherLength - start;
+  for (NSUInteger look = kLook; look < MAX(rest, otherRest); look *= kGrowth) {
+    const auto decided = orderOfBeginnings(kr::UTF16Text(one, NSMakeRange(start, MIN(look, rest))),
+                                           kr::UTF16Text(other, NSMakeRange(start, MIN(look, otherRest))));
     if (decided) return comparisonResult(*decided);
   }
-  return comparisonResult(order(kr::UTF16Text(one), kr::UTF16Text(other)));
+  return comparisonResult(order(kr::UTF16Text(one, NSMakeRange(start, rest)),
+                                kr::UTF16Text(other, NSMakeRange(start, otherRest))));
 }
 
 }  // namespace
@@ -54,9 +76,10 @@ NSComparisonResult compare(NSString* one, NSString* other, Order<std::strong_ord
 }
 
 - (NSString*)MD5String {
-  const kr::UTF16Text text(self);
-  return kr::toNSString(kr::platform::hexadecimal(kr::platform::md5(
-      [&text](const kr::platform::TakeBytes& take) { kr::platform::forEachUTF8Part(text, take); })));
+  const auto digest = kr::platform::md5([self](const kr::platform::TakeBytes& take) {
+    kr::forEachPart(self, [&take](std::u16string_view part) { kr::platform::forEachUTF8Part(part, take); });
+  });
+  return kr::toNSString(kr::platform::hexadecimal(digest));
 }
 
 - (NSString*)xmlElementForKey:(NSString*)key {

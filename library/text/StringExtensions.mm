@@ -27,6 +27,13 @@ NSRange rangeBetween(NSString* string, Count leading, Count trailing) {
   return NSMakeRange(start, end - start);
 }
 
+// Most texts have nothing to remove, which their first and last unit tell.
+bool isTrimmed(NSString* string) {
+  const NSUInteger length = [string length];
+  return length == 0 || (!kr::isWhitespace([string characterAtIndex:0]) &&
+                         !kr::isWhitespace([string characterAtIndex:length - 1]));
+}
+
 // The parts of the text, which are views into its units, as strings.
 NSMutableArray* substrings(NSString* string, std::u16string_view units,
                            const std::vector<std::u16string_view>& parts, NSMutableArray* array) {
@@ -47,8 +54,8 @@ NSMutableArray* substrings(NSString* string, std::u16string_view units,
 }
 
 - (NSString*)stringByTrimmingWhitespace {
-  const NSRange range = rangeBetween(self, kr::leadingWhitespace, kr::trailingWhitespace);
-  return range.length == [self length] ? self : [self substringWithRange:range];
+  if (isTrimmed(self)) return self;
+  return [self substringWithRange:rangeBetween(self, kr::leadingWhitespace, kr::trailingWhitespace)];
 }
 
 - (NSString*)asSingleLine {
@@ -83,8 +90,9 @@ NSMutableArray* substrings(NSString* string, std::u16string_view units,
 @implementation NSMutableString (StringExtensions)
 
 - (NSString*)stringByTrimmingWhitespace {
+  if (isTrimmed(self)) return self;
   const NSRange range = rangeBetween(self, kr::leadingWhitespace, kr::trailingWhitespace);
-  return range.length == [self length] ? self : kr::toNSMutableString(kr::UTF16Text(self, range));
+  return kr::toNSMutableString(kr::UTF16Text(self, range));
 }
 
 @end

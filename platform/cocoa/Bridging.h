@@ -8,6 +8,7 @@
 #import <Foundation/Foundation.h>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,6 +53,10 @@ class UTF16Text {
   char16_t* units_;
   std::size_t length_;
 };
+
+// Calls with the units in parts, for long texts of which nobody needs a copy. A pair of surrogates is within
+// one part.
+void forEachPart(NSString* string, const std::function<void(std::u16string_view)>& call);
 
 // No text for nil.
 [[nodiscard]] std::optional<std::string> toOptionalBytes(NSString* string);

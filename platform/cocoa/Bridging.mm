@@ -52,6 +52,20 @@ UTF16Text::UTF16Text(NSString* string, NSRange range) : length_(string == nil ? 
   if (length_ > 0) [string getCharacters:reinterpret_cast<unichar*>(units_) range:range];
 }
 
+void forEachPart(NSString* string, const std::function<void(std::u16string_view)>& call) {
+  constexpr NSUInteger kPart = 4096;
+  std::array<char16_t, kPart> units;  // NOLINT: written before it is read
+  const NSUInteger length = [string length];
+  for (NSUInteger start = 0; start < length;) {
+    NSUInteger count = MIN(kPart, length - start);
+    [string getCharacters:reinterpret_cast<unichar*>(units.data()) range:NSMakeRange(start, count)];
+    const bool endsInHighSurrogate = (units[count - 1] & 0xFC00) == 0xD800;
+    if (endsInHighSurrogate && start + count < length && count > 1) --count;
+    call({units.data(), count});
+    start += count;
+  }
+}
+
 std::string toBytes(NSString* string) {
   return platform::bytesFromUTF16(UTF16Text(string));
 }

@@ -49,7 +49,7 @@ void HTMLParagraphs::begin(std::string_view element) {
   if (isOneOf(kHidden, element)) ++hidden_;
   if (hidden_ > 0) return;
   if (element == "br") {
-    append(paragraphs_ > 0 ? kLineSeparator : u'\n');
+    append(paragraphs_ > 0 ? u"\u2028" : u"\n");
     return;
   }
   // What an item begins with stands behind the item's mark, unless it is a list itself.
@@ -75,16 +75,20 @@ void HTMLParagraphs::end(std::string_view element) {
 
 void HTMLParagraphs::text(std::u16string_view characters) {
   if (hidden_ > 0) return;
-  for (const char16_t unit : characters) {
-    if (preformatted_ > 0) {
-      // The line break behind the tag belongs to the tag.
-      if (!isPreformattedStart_ || unit != u'\n') append(unit);
-      isPreformattedStart_ = false;
-    } else if (isSpace(unit)) {
-      hasSpace_ = true;
-    } else {
-      append(unit);
-    }
+  if (preformatted_ > 0) {
+    // The line break behind the tag belongs to the tag.
+    if (isPreformattedStart_ && characters.starts_with(u'\n')) characters.remove_prefix(1);
+    isPreformattedStart_ = false;
+    if (!characters.empty()) append(characters);
+    return;
+  }
+  while (!characters.empty()) {
+    const auto* const end = std::find_if(characters.begin(), characters.end(), isSpace);
+    if (end != characters.begin())
+      append(characters.substr(0, static_cast<std::size_t>(end - characters.begin())));
+    const auto* const next = std::find_if_not(end, characters.end(), isSpace);
+    if (next != end) hasSpace_ = true;
+    characters.remove_prefix(static_cast<std::size_t>(next - characters.begin()));
   }
 }
 
@@ -114,13 +118,13 @@ void HTMLParagraphs::beginItem() {
   hasOnlyMark_ = true;
 }
 
-// White space before the unit becomes one space, but none at the start of a line.
-void HTMLParagraphs::append(char16_t unit) {
-  const bool isBreak = unit == u'\n' || unit == kLineSeparator;
-  if (hasSpace_ && !isLineStart_ && !isBreak) result_ += u' ';
+// White space before the characters becomes one space, but none at the start of a line.
+void HTMLParagraphs::append(std::u16string_view characters) {
+  const auto isBreak = [](char16_t unit) { return unit == u'\n' || unit == kLineSeparator; };
+  if (hasSpace_ && !isLineStart_ && !isBreak(characters.front())) result_ += u' ';
   hasSpace_ = hasOnlyMark_ = false;
-  isLineStart_ = isBreak;
-  result_ += unit;
+  isLineStart_ = isBreak(characters.back());
+  result_ += characters;
 }
 
 }  // namespace kr::platform

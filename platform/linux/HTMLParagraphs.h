@@ -31,7 +31,7 @@ class HTMLParagraphs {
 
   void endParagraph();
   void beginItem();
-  void append(char16_t unit);
+  void append(std::u16string_view characters);
 
   std::u16string result_;
   bool hasSpace_ = false;     // white space that counts only when something follows in the paragraph
