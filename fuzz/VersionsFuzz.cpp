@@ -5,6 +5,7 @@
 #include "library/process/CpuTime.h"
 #include "library/process/VersionResource.h"
 #include "library/process/VersionRules.h"
+#include "library/text/LeadingNumbers.h"
 #include "library/utilities/VersionOrder.h"
 #include "platform/UTF8Bytes.h"
 

@@ -1,6 +1,7 @@
 #import "library/process/KRProcess+Private.h"
 #include "library/process/VersionResource.h"
 #include "library/process/VersionRules.h"
+#include "library/text/LeadingNumbers.h"
 #include "platform/ProcessTable.h"
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PropertyLists.h"

@@ -1,12 +1,11 @@
 #include "library/process/VersionRules.h"
 
-#include <limits>
 #include <optional>
+
+#include "library/text/LeadingNumbers.h"
 
 namespace kr {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
 // Takes the text up to the next dot off the front of the rest; none once there is no rest.
 std::optional<std::string_view> nextComponent(std::optional<std::string_view>& rest) {
@@ -22,22 +21,6 @@ std::optional<std::string_view> nextComponent(std::optional<std::string_view>& r
 }
 
 }  // namespace
-
-int leadingInteger(std::string_view text) {
-  const std::size_t start = text.find_first_not_of(kBlanks);
-  if (start == std::string_view::npos) return 0;
-  text.remove_prefix(start);
-  const bool negative = text.front() == '-';
-  if (negative || text.front() == '+') text.remove_prefix(1);
-  constexpr long long kLimit = std::numeric_limits<int>::max();
-  long long value = 0;
-  for (const char character : text) {
-    if (character < '0' || character > '9') break;
-    if (value <= kLimit) value = value * 10 + (character - '0');
-  }
-  if (negative) return static_cast<int>(value > kLimit ? -kLimit - 1 : -value);
-  return static_cast<int>(value > kLimit ? kLimit : value);
-}
 
 bool isAtLeastVersion(std::string_view version, std::string_view wanted) {
   std::optional<std::string_view> versionRest = version;

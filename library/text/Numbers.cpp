@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <locale>
-#include <sstream>
+#include <string>
 
+#include "library/text/LeadingNumbers.h"
 #include "library/text/Whitespace.h"
 
 namespace kr {
@@ -39,6 +39,10 @@ std::string take(std::u16string_view& text, Test test) {
   return taken;
 }
 
+constexpr bool isOneOf(std::u16string_view units, char16_t unit) {
+  return units.find(unit) != std::u16string_view::npos;
+}
+
 std::string takeSign(std::u16string_view& text) {
   if (text.empty() || !isSign(text.front())) return {};
   const char sign = static_cast<char>(text.front());
@@ -46,25 +50,11 @@ std::string takeSign(std::u16string_view& text) {
   return {sign};
 }
 
-// The decimal number that the text begins with, as ASCII; empty without one.
-std::string decimalNumber(std::u16string_view text) {
-  text.remove_prefix(leadingWhitespace(text));
-  std::string number = takeSign(text);
-  const std::string whole = take(text, isDigit);
-  std::string fraction;
-  if (text.starts_with(u'.')) {
-    text.remove_prefix(1);
-    fraction = take(text, isDigit);
-  }
-  if (whole.empty() && fraction.empty()) return {};
-  number += whole + "." + fraction;
-  if (text.starts_with(u'e') || text.starts_with(u'E')) {
-    text.remove_prefix(1);
-    const std::string sign = takeSign(text);
-    const std::string exponent = take(text, isDigit);
-    if (!exponent.empty()) number += "e" + sign + exponent;
-  }
-  return number;
+// The ASCII that the text begins with, as far as a number may go.
+std::string asciiBeginning(std::u16string_view text) {
+  return take(text, [](char16_t unit) {
+    return isBlank(unit) || isDigit(unit) || isSign(unit) || isOneOf(u".eE", unit);
+  });
 }
 
 }  // namespace
@@ -77,10 +67,8 @@ long numericValue(std::u16string_view text) {
 
 bool booleanValue(std::u16string_view text) {
   constexpr std::u16string_view kTrue = u"TtYy1";
-  if (!text.empty() && kTrue.find(text.front()) != std::u16string_view::npos) return true;
-  take(text, isBlank);
-  takeSign(text);
-  return take(text, isDigit).find_first_not_of('0') != std::string::npos;
+  if (!text.empty() && isOneOf(kTrue, text.front())) return true;
+  return leadingInteger(asciiBeginning(text)) != 0;
 }
 
 bool isIntegerNumber(std::u16string_view text) {
@@ -102,12 +90,9 @@ std::u16string withDecimalPoint(std::u16string_view text) {
 }
 
 float smartFloatValue(std::u16string_view text) {
-  // A stream reads in its own locale, where the C library's functions read in that of the program.
-  std::istringstream stream(decimalNumber(withDecimalPoint(text)));
-  stream.imbue(std::locale::classic());
-  double value = 0;
-  stream >> value;
-  return static_cast<float>(value);
+  const std::u16string number = withDecimalPoint(text);
+  return static_cast<float>(
+      leadingDecimal(asciiBeginning(std::u16string_view(number).substr(leadingWhitespace(number)))));
 }
 
 }  // namespace kr

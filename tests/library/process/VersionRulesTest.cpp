@@ -2,35 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace kr {
 namespace {
-
-TEST(LeadingInteger, ReadsTheDigitsAtTheStart) {
-  EXPECT_EQ(leadingInteger("12.3"), 12);
-  EXPECT_EQ(leadingInteger("7b4"), 7);
-  EXPECT_EQ(leadingInteger("  8"), 8);
-  EXPECT_EQ(leadingInteger("-3x"), -3);
-  EXPECT_EQ(leadingInteger("+3"), 3);
-  EXPECT_EQ(leadingInteger("007"), 7);
-}
-
-TEST(LeadingInteger, IsZeroWithoutDigits) {
-  EXPECT_EQ(leadingInteger(""), 0);
-  EXPECT_EQ(leadingInteger("   "), 0);
-  EXPECT_EQ(leadingInteger("x1"), 0);
-  EXPECT_EQ(leadingInteger("-"), 0);
-  EXPECT_EQ(leadingInteger("- 1"), 0);
-}
-
-TEST(LeadingInteger, StopsAtTheLimitsOfTheType) {
-  EXPECT_EQ(leadingInteger("2147483647"), std::numeric_limits<int>::max());
-  EXPECT_EQ(leadingInteger("2147483648"), std::numeric_limits<int>::max());
-  EXPECT_EQ(leadingInteger("99999999999999999999999999"), std::numeric_limits<int>::max());
-  EXPECT_EQ(leadingInteger("-2147483648"), std::numeric_limits<int>::min());
-  EXPECT_EQ(leadingInteger("-99999999999999999999999999"), std::numeric_limits<int>::min());
-}
 
 TEST(IsAtLeastVersion, ComparesNumbersAndNotText) {
   EXPECT_FALSE(isAtLeastVersion("10.9", "10.10"));
