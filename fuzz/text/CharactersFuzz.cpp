@@ -16,6 +16,10 @@ void character(char32_t value) {
   const std::uint32_t* points = kr::codePointsOfVirtualCharacter(value);
   if (points == nullptr) return;
   require(kr::isVirtualCharacter(value), "only virtual characters have a sequence");
+  if (value < 0xA0300) {
+    require(points[0] == 0x1F1E6 + (value - 0xA0000) / 26 && points[1] == 0x1F1E6 + (value - 0xA0000) % 26,
+            "a flag is its two letters");
+  }
   std::size_t length = 0;
   while (points[length] != 0) ++length;
   require(length <= 8, "a sequence ends within its row");
