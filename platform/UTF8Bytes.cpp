@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
-#include <type_traits>
+#include <cstring>
 
 namespace kr::platform {
 namespace {
@@ -36,49 +37,59 @@ char32_t six(Byte byte) {
   return byte & 0x3FU;
 }
 
-// Decodes the character outside ASCII that starts at `bytes`; its length in bytes, 0 when it is not valid
-// UTF-8. The second byte has fewer values where more would mean a surrogate, a number beyond the last, or one
-// that has a shorter form.
-std::size_t decode(const Byte* bytes, std::size_t available, char32_t& point) {
+// Whether a character of two, three or four bytes starts at `bytes`. None has a shorter form, is a surrogate,
+// or lies beyond the last one: the second byte has fewer values where more would mean that.
+inline bool startsTwo(const Byte* bytes, std::size_t available) {
+  return isBetween(bytes[0], 0xC2, 0xDF) && available >= 2 && follows(bytes[1]);
+}
+inline bool startsThree(const Byte* bytes, std::size_t available) {
   const Byte lead = bytes[0];
-  if (isBetween(lead, 0xC2, 0xDF)) {
-    if (available < 2 || !follows(bytes[1])) return 0;
-    point = (lead & 0x1FU) << 6U | six(bytes[1]);
-    return 2;
-  }
-  if (isBetween(lead, 0xE0, 0xEF)) {
-    const Byte lowest = lead == 0xE0 ? 0xA0 : 0x80;
-    const Byte highest = lead == 0xED ? 0x9F : 0xBF;
-    if (available < 3 || !isBetween(bytes[1], lowest, highest) || !follows(bytes[2])) return 0;
-    point = (lead & 0xFU) << 12U | six(bytes[1]) << 6U | six(bytes[2]);
-    return 3;
-  }
-  if (isBetween(lead, 0xF0, 0xF4)) {
-    const Byte lowest = lead == 0xF0 ? 0x90 : 0x80;
-    const Byte highest = lead == 0xF4 ? 0x8F : 0xBF;
-    if (available < 4 || !isBetween(bytes[1], lowest, highest) || !follows(bytes[2]) || !follows(bytes[3]))
-      return 0;
-    point = (lead & 0x7U) << 18U | six(bytes[1]) << 12U | six(bytes[2]) << 6U | six(bytes[3]);
-    return 4;
-  }
-  return 0;
+  if (!isBetween(lead, 0xE0, 0xEF) || available < 3 || !follows(bytes[1]) || !follows(bytes[2])) return false;
+  return (lead != 0xE0 || bytes[1] >= 0xA0) && (lead != 0xED || bytes[1] <= 0x9F);
+}
+inline bool startsFour(const Byte* bytes, std::size_t available) {
+  const Byte lead = bytes[0];
+  if (!isBetween(lead, 0xF0, 0xF4) || available < 4) return false;
+  if (!follows(bytes[1]) || !follows(bytes[2]) || !follows(bytes[3])) return false;
+  return (lead != 0xF0 || bytes[1] >= 0x90) && (lead != 0xF4 || bytes[1] <= 0x8F);
 }
 
-// ASCII goes through in blocks, which the compiler turns into code for many characters at once.
-constexpr std::size_t kBlock = 32;
+// ASCII goes through in steps of as many characters.
+constexpr std::size_t kStep = 8;
 
-// Copies blocks of ASCII for as long as there are any; answers their length.
+// Copies the ASCII of a step, and whatever follows in it, without a branch for how much it is, which nobody
+// can foresee. Answers how much it is.
+inline std::size_t copyASCIIStep(const Byte* from, char16_t* to) {
+  static_assert(std::endian::native == std::endian::little);
+  std::uint64_t word = 0;
+  std::memcpy(&word, from, sizeof word);
+  for (std::size_t index = 0; index < kStep; ++index) to[index] = from[index];
+  const std::uint64_t outside = word & 0x8080808080808080;
+  return outside == 0 ? kStep : static_cast<std::size_t>(std::countr_zero(outside)) / 8;
+}
+inline std::size_t copyASCIIStep(const char16_t* from, char* to) {
+  std::array<std::uint64_t, 2> words{};
+  std::memcpy(words.data(), from, sizeof words);
+  for (std::size_t index = 0; index < kStep; ++index) to[index] = static_cast<char>(from[index]);
+  constexpr std::uint64_t kOutside = 0xFF80FF80FF80FF80;
+  const std::uint64_t first = words[0] & kOutside;
+  const std::uint64_t second = words[1] & kOutside;
+  if ((first | second) == 0) return kStep;
+  return static_cast<std::size_t>(first != 0 ? std::countr_zero(first) : 64 + std::countr_zero(second)) / 16;
+}
+
+// Copies the ASCII that `from` begins with; answers how much that is. Where there is room for a whole step,
+// one may be written behind it.
 template <class From, class To>
-std::size_t copyASCIIBlocks(const From* from, std::size_t length, To* to) {
-  using Unsigned = std::make_unsigned_t<From>;
+std::size_t copyASCII(const From* from, std::size_t length, To* to) {
   std::size_t at = 0;
-  for (; at + kBlock <= length; at += kBlock) {
-    Unsigned all = 0;
-    for (std::size_t index = at; index < at + kBlock; ++index) {
-      all = static_cast<Unsigned>(all | static_cast<Unsigned>(from[index]));
-    }
-    if (all >= 0x80) break;
-    for (std::size_t index = at; index < at + kBlock; ++index) to[index] = static_cast<To>(from[index]);
+  for (; at + kStep <= length; at += kStep) {
+    const std::size_t copied = copyASCIIStep(from + at, to + at);
+    if (copied < kStep) return at + copied;
+  }
+  while (at < length && from[at] < 0x80) {
+    to[at] = static_cast<To>(from[at]);
+    ++at;
   }
   return at;
 }
@@ -103,6 +114,21 @@ char* append(char* end, char32_t point) {
   return end;
 }
 
+// What the units take at most: no surrogate is counted as half of a pair.
+std::size_t mostBytes(std::u16string_view units) {
+  std::size_t bytes = units.size();
+  // In blocks whose count fits the width of a unit, so that the loop runs on many units at once.
+  constexpr std::size_t kBlock = 1 << 14;
+  for (; !units.empty(); units.remove_prefix(std::min(kBlock, units.size()))) {
+    std::uint16_t more = 0;
+    for (const char16_t unit : units.substr(0, kBlock)) {
+      more = static_cast<std::uint16_t>(more + (unit >= 0x80 ? 1 : 0) + (unit >= 0x800 ? 1 : 0));
+    }
+    bytes += more;
+  }
+  return bytes;
+}
+
 // Units that are encoded at once, and the most bytes that one of them takes.
 constexpr std::size_t kPart = 4096;
 constexpr std::size_t kMostBytes = 3;
@@ -111,10 +137,10 @@ constexpr std::size_t kMostBytes = 3;
 std::size_t encode(std::u16string_view units, char* bytes) {
   char* end = bytes;
   for (std::size_t at = 0; at < units.size();) {
-    const std::size_t copied = copyASCIIBlocks(units.data() + at, units.size() - at, end);
+    const std::size_t copied = copyASCII(units.data() + at, units.size() - at, end);
     end += copied;
     at += copied;
-    for (const std::size_t stop = std::min(at + kBlock, units.size()); at < stop; ++at) {
+    for (; at < units.size() && units[at] >= 0x80; ++at) {
       const char16_t unit = units[at];
       if (!isSurrogate(unit)) {
         end = append(end, unit);
@@ -130,52 +156,61 @@ std::size_t encode(std::u16string_view units, char* bytes) {
   return static_cast<std::size_t>(end - bytes);
 }
 
-// Decodes all of the bytes. Where they are not UTF-8 it asks for what stands in a byte's place; 0 ends it,
-// and the answer is then none.
+// Decodes all of the bytes into `room`, which has as many units; answers how many it took. Where they are not
+// UTF-8 it asks for what stands in a byte's place; 0 ends it, and the answer is then none.
 template <class Replacement>
-std::optional<std::u16string> decodeAll(std::string_view text, Replacement replacement) {
-  std::u16string units(text.size(), u'\0');
-  char16_t* end = units.data();
+std::optional<std::size_t> decodeAll(std::string_view text, char16_t* room, Replacement replacement) {
+  char16_t* end = room;
   const auto* const bytes = reinterpret_cast<const Byte*>(text.data());
   for (std::size_t at = 0; at < text.size();) {
-    const std::size_t copied = copyASCIIBlocks(text.data() + at, text.size() - at, end);
+    const std::size_t copied = copyASCII(bytes + at, text.size() - at, end);
     end += copied;
     at += copied;
-    // Outside ASCII, or at the end: as many characters one by one as a block has bytes.
-    for (std::size_t count = 0; count < kBlock && at < text.size(); ++count) {
-      if (bytes[at] < 0x80) {
-        *end++ = bytes[at++];
-        continue;
-      }
-      char32_t point = 0;
-      const std::size_t length = decode(bytes + at, text.size() - at, point);
-      if (length == 0) {
-        const char16_t unit = replacement(bytes[at++]);
-        if (unit == 0) return std::nullopt;
-        *end++ = unit;
-        continue;
-      }
-      at += length;
-      if (point < 0x10000) {
-        *end++ = static_cast<char16_t>(point);
-      } else {
+    while (at < text.size() && bytes[at] >= 0x80) {
+      const Byte* const here = bytes + at;
+      const std::size_t available = text.size() - at;
+      if (startsThree(here, available)) {
+        *end++ = static_cast<char16_t>((here[0] & 0xFU) << 12U | six(here[1]) << 6U | six(here[2]));
+        at += 3;
+      } else if (startsTwo(here, available)) {
+        *end++ = static_cast<char16_t>((here[0] & 0x1FU) << 6U | six(here[1]));
+        at += 2;
+      } else if (startsFour(here, available)) {
+        const char32_t point =
+            (here[0] & 0x7U) << 18U | six(here[1]) << 12U | six(here[2]) << 6U | six(here[3]);
         *end++ = static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
         *end++ = static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+        at += 4;
+      } else {
+        const char16_t unit = replacement(here[0]);
+        if (unit == 0) return std::nullopt;
+        *end++ = unit;
+        ++at;
       }
     }
   }
-  units.resize(static_cast<std::size_t>(end - units.data()));
-  return units;
+  return static_cast<std::size_t>(end - room);
 }
 
 }  // namespace
 
 std::u16string utf16FromBytes(std::string_view bytes) {
-  return *decodeAll(bytes, [](std::uint8_t byte) { return static_cast<char16_t>(kByteEscape + byte); });
+  std::u16string units(bytes.size(), u'\0');
+  units.resize(
+      *decodeAll(bytes, units.data(), [](Byte byte) { return static_cast<char16_t>(kByteEscape + byte); }));
+  return units;
+}
+
+std::optional<std::size_t> decodeUTF8(std::string_view bytes, char16_t* room) {
+  return decodeAll(bytes, room, [](Byte) { return u'\0'; });
 }
 
 std::optional<std::u16string> utf16FromUTF8(std::string_view bytes) {
-  return decodeAll(bytes, [](std::uint8_t) { return u'\0'; });
+  std::u16string units(bytes.size(), u'\0');
+  const std::optional<std::size_t> length = decodeUTF8(bytes, units.data());
+  if (!length) return std::nullopt;
+  units.resize(*length);
+  return units;
 }
 
 void forEachUTF8Part(std::u16string_view units, const std::function<void(std::string_view)>& call) {
@@ -190,9 +225,8 @@ void forEachUTF8Part(std::u16string_view units, const std::function<void(std::st
 }
 
 std::string bytesFromUTF16(std::u16string_view units) {
-  std::string bytes;
-  bytes.reserve(units.size());
-  forEachUTF8Part(units, [&bytes](std::string_view part) { bytes += part; });
+  std::string bytes(mostBytes(units), '\0');
+  bytes.resize(encode(units, bytes.data()));
   return bytes;
 }
 

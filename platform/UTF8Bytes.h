@@ -2,6 +2,7 @@
 // UTF-8 stands as the lone surrogate U+DC00 + byte (0xDC80 to 0xDCFF) among the units.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -13,6 +14,10 @@ namespace kr::platform {
 
 // The text that valid UTF-8 stands for; none where a byte is not part of it.
 [[nodiscard]] std::optional<std::u16string> utf16FromUTF8(std::string_view bytes);
+
+// The same into `room`, which has as many units as there are bytes. How many units it took; none where a byte
+// is not part of valid UTF-8, and then what stands in `room` has no meaning.
+[[nodiscard]] std::optional<std::size_t> decodeUTF8(std::string_view bytes, char16_t* room);
 
 // Lone surrogates from 0xDC80 to 0xDCFF become their byte again; any other lone surrogate becomes U+FFFD.
 [[nodiscard]] std::string bytesFromUTF16(std::u16string_view units);

@@ -16,16 +16,12 @@ void comparePercentEscapes(std::string_view name, const std::u16string& text) {
   NSString* string = toNSString(text);
   NSString* escaped = [string stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding];
   require([[string stringWithPercentEscapes] isEqual:escaped], name);
-  compare(base + ".add",
-          {{"ours", [=] { [string stringWithPercentEscapes]; }},
-           {"foundation",
-            [=] {
-              NSString* plain = [string stringByReplacingPercentEscapesUsingEncoding:NSUTF8StringEncoding];
-              plain = [plain stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding];
-              [plain stringByReplacingOccurrencesOfString:@"%23" withString:@"#"];
-            }},
-           {"foundation.addOnly",
-            [=] { [string stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding]; }}});
+  // Of the three steps that make up ours only the second: on GNUstep the first one gives nil for other
+  // characters than ASCII.
+  compare(base + ".add", {{"ours", [=] { [string stringWithPercentEscapes]; }},
+                          {"foundation.addOnly", [=] {
+                             [string stringByAddingPercentEscapesUsingEncoding:NSUTF8StringEncoding];
+                           }}});
   require([[escaped stringWithExpandedPercentEscapes] isEqual:string], name);
   compare(
       base + ".expand",
@@ -53,6 +49,7 @@ void compareHTML() {
                                bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8",
                                HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET);
                            xmlChar* text = ::xmlNodeGetContent(::xmlDocGetRootElement(document));
+                           (void)toNSString(std::string_view(reinterpret_cast<const char*>(text)));
                            ::xmlFree(text);
                            ::xmlFreeDoc(document);
                          }}});

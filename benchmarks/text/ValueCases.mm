@@ -1,8 +1,11 @@
 #include <fnmatch.h>
 #include <openssl/evp.h>
 #include <unicode/ucol.h>
+#include <unicode/ustring.h>
+#include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 
 #include "benchmarks/text/Cases.h"
 #include "benchmarks/text/Comparison.h"
@@ -84,16 +87,49 @@ std::array<unsigned char, 16> digest(const void* bytes, std::size_t length) {
   return result;
 }
 
+NSString* hexadecimal(const std::array<unsigned char, 16>& digest) {
+  NSMutableString* text = [NSMutableString string];
+  for (const unsigned char byte : digest) [text appendFormat:@"%02x", byte];
+  return text;
+}
+
+// What the digest of the bytes alone takes is printed beside the ways from text to text.
 void compareDigest(std::string_view name, const std::u16string& text) {
   NSString* string = toNSString(text);
   const std::string bytes = platform::bytesFromUTF16(text);
+  require([[string MD5String] isEqual:hexadecimal(digest(bytes.data(), bytes.size()))], name);
   compare(name, {{"ours", [=] { [string MD5String]; }},
                  {"foundation",
                   [=] {
                     NSData* data = [string dataUsingEncoding:NSUTF8StringEncoding];
-                    digest([data bytes], [data length]);
+                    hexadecimal(digest([data bytes], [data length]));
                   }},
-                 {"libcrypto", [&] { digest(bytes.data(), bytes.size()); }}});
+                 {"icu", [=] {
+                    const UTF16Text units(string);
+                    const auto length = static_cast<std::int32_t>(units.view().size());
+                    std::string room(units.view().size() * 3, '\0');
+                    std::int32_t used = 0;
+                    UErrorCode error = U_ZERO_ERROR;
+                    ::u_strToUTF8(room.data(), static_cast<std::int32_t>(room.size()), &used,
+                                  units.view().data(), length, &error);
+                    hexadecimal(digest(room.data(), static_cast<std::size_t>(used)));
+                  }}});
+  compare(std::string(name) + ".bytes", {{"libcrypto", [&] { digest(bytes.data(), bytes.size()); }}});
+}
+
+// The program's own time counts, from the file system's memory.
+void compareWithProgram() {
+  const std::u16string text = words(u"é", 10, 10'000'000);
+  NSString* string = toNSString(text);
+  std::array<char, 32> path{"/tmp/text_bench.XXXXXX"};
+  const int file = ::mkstemp(path.data());
+  ::close(file);
+  require([string appendToFile:toNSString(std::string_view(path.data())) encoding:NSUTF8StringEncoding],
+          "md5.program");
+  const std::string command = "md5sum " + std::string(path.data()) + " >/dev/null";
+  compare("md5.program", {{"ours", [=] { [string MD5String]; }},
+                          {"md5sum", [&] { require(std::system(command.c_str()) == 0, "md5sum"); }}});
+  ::unlink(path.data());
 }
 
 }  // namespace
@@ -110,6 +146,7 @@ void compareValues() {
   compareDigest("md5.short", u"id:com.velmora.notes");
   compareDigest("md5.ascii", words(u"\n", 10));
   compareDigest("md5.unicode", words(u"日本", 4));
+  compareWithProgram();
 }
 
 }  // namespace kr::bench

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string>
 
 #include "library/text/CodePoints.h"
@@ -31,24 +32,35 @@ constexpr bool isAllowed(char16_t unit) {
   return unit < kAllowed.size() && kAllowed[unit];
 }
 
+constexpr std::array<std::int8_t, 128> digitValues() {
+  std::array<std::int8_t, 128> values{};
+  values.fill(-1);
+  for (std::int8_t value = 0; value < 16; ++value) {
+    const char16_t digit = kHexDigits[static_cast<std::size_t>(value)];
+    values[digit] = value;
+    if (value >= 10) values[digit + (u'a' - u'A')] = value;
+  }
+  return values;
+}
+constexpr std::array<std::int8_t, 128> kDigitValues = digitValues();
+
 // -1 for what is no hexadecimal digit.
 constexpr int digitValue(char16_t unit) {
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
-  if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
-  return -1;
+  return unit < kDigitValues.size() ? kDigitValues[unit] : -1;
 }
+
+constexpr std::size_t kEscapeLength = 3;
 
 // The byte of the escape at the start of the text, -1 when there is none.
 int byteOfEscape(std::u16string_view text) {
-  if (text.size() < 3 || text[0] != kPercent) return -1;
+  if (text.size() < kEscapeLength || text[0] != kPercent) return -1;
   const int high = digitValue(text[1]);
   const int low = digitValue(text[2]);
   return high < 0 || low < 0 ? -1 : high << 4 | low;
 }
 
 // The longest escape of one unit: three bytes of UTF-8.
-constexpr std::size_t kLongestEscape = 9;
+constexpr std::size_t kLongestEscape = 3 * kEscapeLength;
 
 char16_t* putEscape(char16_t* end, unsigned byte) {
   *end++ = kPercent;
@@ -107,26 +119,26 @@ std::optional<std::u16string> withPercentEscapesExpanded(std::u16string_view tex
   std::u16string result(text.size(), u'\0');
   char16_t* end = result.data();
   std::string bytes;
-  for (;;) {
-    // Escapes stand close together or not at all.
-    const std::size_t escape = std::min(findUnit(text, kPercent), text.size());
-    end = std::copy_n(text.data(), escape, end);
-    text.remove_prefix(escape);
-    if (text.empty()) break;
-    int byte = byteOfEscape(text);
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] != kPercent) {
+      *end++ = text[at++];
+      continue;
+    }
+    int byte = byteOfEscape(text.substr(at));
     if (byte < 0) return std::nullopt;
-    for (; byte >= 0 && byte < 0x80; byte = byteOfEscape(text)) {
+    if (byte < 0x80) {
       *end++ = static_cast<char16_t>(byte);
-      text.remove_prefix(3);
+      at += kEscapeLength;
+      continue;
     }
-    bytes.clear();
-    for (; byte >= 0; byte = byteOfEscape(text)) {
+    // A character of several bytes is within one run of escapes.
+    for (bytes.clear(); byte >= 0x80; byte = byteOfEscape(text.substr(at))) {
       bytes += static_cast<char>(byte);
-      text.remove_prefix(3);
+      at += kEscapeLength;
     }
-    const std::optional<std::u16string> characters = platform::utf16FromUTF8(bytes);
-    if (!characters) return std::nullopt;
-    end = std::copy(characters->begin(), characters->end(), end);
+    const std::optional<std::size_t> length = platform::decodeUTF8(bytes, end);
+    if (!length) return std::nullopt;
+    end += *length;
   }
   result.resize(static_cast<std::size_t>(end - result.data()));
   return result;

@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "library/text/CodePoints.h"
 #include "library/text/Numbers.h"
 #include "library/text/NumericOrder.h"
@@ -26,7 +28,9 @@ NSUInteger equalBeginning(NSString* one, NSString* other, NSUInteger length) {
   NSUInteger start = 0;
   while (start + kLook <= length) {
     const NSRange part = NSMakeRange(start, kLook);
-    if (kr::UTF16Text(one, part).view() != kr::UTF16Text(other, part).view()) break;
+    const kr::UTF16Text these(one, part);
+    const kr::UTF16Text those(other, part);
+    if (std::memcmp(these.view().data(), those.view().data(), kLook * sizeof(char16_t)) != 0) break;
     start += kLook;
   }
   const auto mayGoOn = [](char16_t unit) {

@@ -12,6 +12,11 @@ NSRange rangeBetween(NSString* string, Count leading, Count trailing) {
   constexpr NSUInteger kLook = 64;
   NSUInteger start = 0;
   NSUInteger end = [string length];
+  if (end <= kLook) {
+    const kr::UTF16Text text(string, NSMakeRange(0, end));
+    start = leading(text);
+    return NSMakeRange(start, end - start - trailing(text.view().substr(start)));
+  }
   while (start < end) {
     const NSUInteger length = MIN(kLook, end - start);
     const std::size_t removed = leading(kr::UTF16Text(string, NSMakeRange(start, length)));
