@@ -49,10 +49,24 @@ TEST(NumericOrder, ComparesAllElseByCharacter) {
   expectBefore(std::u16string{0xD800, u'a'}, std::u16string{0xD800, u'b'});
 }
 
+// A run of digits meets a character that is none at the same place.
+TEST(NumericOrder, PutsANumberWhereItsDigitsStand) {
+  expectBefore(u"1 2", u"12");
+  expectBefore(u"1.2", u"12");
+  expectBefore(u"1:2", u"12");
+  expectBefore(u".", u"0");
+  expectBefore(u"9", u":");
+}
+
+TEST(NumericOrder, KnowsNoOtherDigits) {
+  expectBefore(u"\u0661\u0660", u"\u0669");
+}
+
 TEST(NumericOrder, ATextThatTheOtherOneBeginsWithComesFirst) {
   expectBefore(u"", u"a");
   expectBefore(u"abc", u"abcd");
   expectBefore(u"1", u"1.0");
+  expectBefore(u"1.2", u"1.2 ");
   expectBefore(u"1.2", u"1.2.3");
   expectEqual(u"", u"");
   expectEqual(u"abc1.2", u"abc1.2");

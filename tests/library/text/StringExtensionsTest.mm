@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/Digest.h"
+#include "platform/UTF8Bytes.h"
 #import "platform/cocoa/Bridging.h"
 #include "tests/library/text/RandomTexts.h"
 
@@ -251,6 +253,16 @@ TEST_F(StringValues, MD5StringIsThatOfTheUTF8Bytes) {
   EXPECT_EQ(units([@"" MD5String]), u"d41d8cd98f00b204e9800998ecf8427e");
   EXPECT_EQ(units([@"abc" MD5String]), u"900150983cd24fb0d6963f7d28e17f72");
   EXPECT_EQ(units([@"é" MD5String]), u"66ddcd97cfdeabb2f6fb8a999b4bc76f");
+}
+
+// Wherever the parts that a text is digested in end.
+TEST_F(StringValues, MD5StringOfALongTextIsThatOfAllItsBytes) {
+  for (const std::size_t length : {4090U, 4094U, 4095U, 4096U, 4097U, 12287U, 100000U}) {
+    const std::u16string text = std::u16string(length, u'x') + u"😀é日" + std::u16string(length, u'é');
+    EXPECT_EQ(toBytes([string(text) MD5String]),
+              platform::hexadecimal(platform::md5(platform::bytesFromUTF16(text))))
+        << length;
+  }
 }
 
 TEST_F(StringValues, XmlElementForKey) {

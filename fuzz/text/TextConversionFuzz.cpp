@@ -1,4 +1,6 @@
 // Bytes of file names, arguments and signatures, to UTF-16 and back.
+#include <unicode/ustring.h>
+
 #include <cstring>
 
 #include "fuzz/Fuzz.h"
@@ -18,6 +20,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (!units.empty()) std::memcpy(units.data(), data, units.size() * sizeof(char16_t));
   const std::u16string text = withoutLoneSurrogates(units);
   require(utf16FromBytes(bytesFromUTF16(text)) == text, "any text comes back as it was");
+  std::string icu(text.size() * 3, '\0');
+  std::int32_t length = 0;
+  UErrorCode error = U_ZERO_ERROR;
+  ::u_strToUTF8(icu.data(), static_cast<std::int32_t>(icu.size()), &length, text.data(),
+                static_cast<std::int32_t>(text.size()), &error);
+  require(bytesFromUTF16(text) == icu.substr(0, static_cast<std::size_t>(length)),
+          "a text is encoded as ICU does it");
   require(text.size() == units.size(), "a lone surrogate becomes one other character");
 
   if (const auto code = kr::codeFromText(bytes)) {
