@@ -9,15 +9,10 @@
 
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PrepareApplication.h"
+#import "platform/gnustep/Appearance.h"
 #import "platform/gnustep/ThemeColors.h"
 #import "platform/gnustep/TruncatingLabel.h"
 #include "tests/support/Desktop.h"
-
-// What the view extension of the library asks views for.
-@interface NSView (Appearance)
-- (NSAppearance*)appearance;
-- (void)setAppearance:(NSAppearance*)appearance;
-@end
 
 namespace kr::testing {
 namespace {
