@@ -1,14 +1,36 @@
 #include "platform/DesktopAppearance.h"
 
+#import <Foundation/Foundation.h>
+
+#include <atomic>
+
+#include "platform/Clock.h"
 #include "platform/SystemServices.h"
 #include "platform/cocoa/InterfaceStyle.h"
 
 namespace kr::platform {
 namespace {
 
+// GNUstep looks at what other programs have written when it is told to only. That takes as long as ten
+// readings, and colours are asked for by the hundred while a window draws.
+constexpr double kFreshSeconds = 0.1;
+
 class DefaultsOfTheUser final : public DesktopAppearance {
  public:
-  bool isDark() override { return interfaceStyleIsDark(); }
+  bool isDark() override {
+    const double now = systemClock().monotonicSeconds();
+    if (now - lastLook_.exchange(now) > kFreshSeconds) lookAtTheDisk();
+    return interfaceStyleIsDark();
+  }
+
+ private:
+  static void lookAtTheDisk() {
+    @autoreleasepool {
+      [[NSUserDefaults standardUserDefaults] synchronize];
+    }
+  }
+
+  std::atomic<double> lastLook_{-kFreshSeconds};
 };
 
 }  // namespace

@@ -148,6 +148,22 @@ TEST_F(Animation, SaysWhenAGroupIsOver) {
   EXPECT_EQ(ends, 1);
 }
 
+TEST_F(Animation, IsNotOverWhenTheGroupMovesTheViewOnceMore) {
+  int ends = 0;
+  int* counter = &ends;
+  [NSAnimationContext
+      runAnimationGroup:^(NSAnimationContext*) {
+        [[view_ animator] setBoundsOrigin:NSMakePoint(0, 50)];
+        [[view_ animator] setBoundsOrigin:NSMakePoint(0, 80)];
+      }
+      completionHandler:^{
+        ++*counter;
+      }];
+  EXPECT_EQ(ends, 0);
+  course(0, 80);
+  EXPECT_TRUE(runUntil([&] { return ends == 1; }));
+}
+
 TEST_F(Animation, SaysSoOfAGroupWithoutAnimationsAtItsEnd) {
   int ends = 0;
   int* counter = &ends;
