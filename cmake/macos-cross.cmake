@@ -1,19 +1,27 @@
-# Builds for macOS on x86-64 with clang and lld on another system, against a macOS SDK laid out in the usual way
+# Builds for macOS with clang and lld on another system, against a macOS SDK laid out in the usual way
 # (usr/include, usr/lib, System/Library/Frameworks):
 #
-#   cmake --preset macos-cross -DKR_MACOS_SDK=DIR        (or KR_MACOS_SDK in the environment)
+#   cmake --preset macos-cross -DKR_MACOS_SDK=DIR [-DKR_MACOS_ARCHITECTURE=arm64]
+#
+# KR_MACOS_SDK may also stand in the environment.
 set(CMAKE_SYSTEM_NAME Darwin)
-set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(KR_MACOS_ARCHITECTURE x86_64 CACHE STRING "The processor to build for: x86_64 or arm64")
+set(CMAKE_SYSTEM_PROCESSOR "${KR_MACOS_ARCHITECTURE}")
 
 set(KR_MACOS_SDK "$ENV{KR_MACOS_SDK}" CACHE PATH "The macOS SDK to build against")
 if(NOT IS_DIRECTORY "${KR_MACOS_SDK}/System/Library/Frameworks/Cocoa.framework")
   message(FATAL_ERROR "KR_MACOS_SDK (\"${KR_MACOS_SDK}\") is no macOS SDK: give one with -DKR_MACOS_SDK=DIR")
 endif()
 # Configuration checks run CMake again, with this file but without the cache.
-set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KR_MACOS_SDK)
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KR_MACOS_SDK KR_MACOS_ARCHITECTURE)
 
 set(CMAKE_OSX_SYSROOT "${KR_MACOS_SDK}")
-set(CMAKE_OSX_DEPLOYMENT_TARGET 10.13)
+# No Mac with the other processor has an older system than 11.
+if(KR_MACOS_ARCHITECTURE STREQUAL "arm64")
+  set(CMAKE_OSX_DEPLOYMENT_TARGET 11.0)
+else()
+  set(CMAKE_OSX_DEPLOYMENT_TARGET 10.13)
+endif()
 
 # The newest version is no better than the tested one: the project pins it.
 set(tools clang++ ld64.lld llvm-ar llvm-ranlib llvm-nm llvm-objdump llvm-strip llvm-install-name-tool llvm-otool)
@@ -23,7 +31,7 @@ foreach(tool ${tools})
 endforeach()
 foreach(language CXX OBJCXX)
   set(CMAKE_${language}_COMPILER "${KR_clang__}")
-  set(CMAKE_${language}_COMPILER_TARGET x86_64-apple-macos10.13)
+  set(CMAKE_${language}_COMPILER_TARGET "${KR_MACOS_ARCHITECTURE}-apple-macos${CMAKE_OSX_DEPLOYMENT_TARGET}")
 endforeach()
 # CMake would look for the names that these tools have on a Mac, and stops without install_name_tool.
 set(CMAKE_AR "${KR_llvm_ar}")

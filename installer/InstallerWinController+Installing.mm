@@ -103,7 +103,7 @@ constexpr NSTimeInterval kPatience = 0.5;
 }
 
 // The two copies answer nil, or the key of a failure text.
-- (NSString*)copyTo:(NSString*)destination {
+- (NSString*)failureOfCopyTo:(NSString*)destination {
   switch (kr::InstallApplication(toBytes([self argument:KRInstallerKeySourcePath]), toBytes(destination),
                                  kr::toOptionalBytes([self argument:KRInstallerKeyWrapperPath]))) {
     case kr::kInstalled:
@@ -115,7 +115,7 @@ constexpr NSTimeInterval kPatience = 0.5;
   }
 }
 
-- (NSString*)copyWithAuthorizationTo:(NSString*)destination {
+- (NSString*)failureOfAuthorizedCopyTo:(NSString*)destination {
   BOOL canceled = NO;
   if ([self authorizedInstall:[self argument:KRInstallerKeySourcePath]
                            to:destination
@@ -140,8 +140,8 @@ constexpr NSTimeInterval kPatience = 0.5;
                                                            [self argument:KRInstallerKeyVersion]]];
   const BOOL enforced = [self isAuthorizationEnforced];
   if (enforced) kr::log("enforcing authorization");
-  NSString* failure =
-      writable && !enforced ? [self copyTo:destination] : [self copyWithAuthorizationTo:destination];
+  NSString* failure = writable && !enforced ? [self failureOfCopyTo:destination]
+                                            : [self failureOfAuthorizedCopyTo:destination];
   if (failure != nil) return failure;
   kr::log("successfully copied");
   @try {

@@ -172,7 +172,8 @@ NSImage* imageAt(NSString* path) {
 }
 
 - (NSInteger)selectedPage {
-  return [tabView indexOfTabViewItem:[tabView selectedTabViewItem]];
+  NSTabViewItem* page = [tabView selectedTabViewItem];
+  return page != nil ? [tabView indexOfTabViewItem:page] : NSNotFound;
 }
 
 - (IBAction)install:(id)sender {

@@ -13,7 +13,8 @@ constexpr CGFloat kHeight = 240;
 constexpr CGFloat kIconSide = 96;
 
 NSString* information(NSString* key) {
-  return [[NSBundle mainBundle] objectForInfoDictionaryKey:key];
+  NSString* value = [[NSBundle mainBundle] objectForInfoDictionaryKey:key];
+  return value != nil ? value : @"";
 }
 
 bool refusesToQuit() {
@@ -26,7 +27,7 @@ NSTextField* label(NSString* text, NSFont* font, NSColor* color, CGFloat y) {
   [field setStringValue:text];
   [field setFont:font];
   [field setTextColor:color];
-  [field setAlignment:NSCenterTextAlignment];
+  [field setAlignment:NSTextAlignmentCenter];
   [field setEditable:NO];
   [field setBezeled:NO];
   [field setDrawsBackground:NO];
@@ -69,21 +70,23 @@ NSImageView* icon() {
 }
 
 - (NSMenu*)menu {
-  NSMenu* application = [[[NSMenu alloc] initWithTitle:@"Velmora Notes"] autorelease];
-  [application addItemWithTitle:@"Quit Velmora Notes" action:@selector(terminate:) keyEquivalent:@"q"];
-  NSMenu* menu = [[[NSMenu alloc] initWithTitle:@"Velmora Notes"] autorelease];
-  [menu setSubmenu:application
-           forItem:[menu addItemWithTitle:@"Velmora Notes" action:nullptr keyEquivalent:@""]];
+  NSString* name = information(@"CFBundleName");
+  NSMenu* application = [[[NSMenu alloc] initWithTitle:name] autorelease];
+  [application addItemWithTitle:NSLocalizedString(@"Quit Velmora Notes", @"in the menu")
+                         action:@selector(terminate:)
+                  keyEquivalent:@"q"];
+  NSMenu* menu = [[[NSMenu alloc] initWithTitle:name] autorelease];
+  [menu setSubmenu:application forItem:[menu addItemWithTitle:name action:nullptr keyEquivalent:@""]];
   return menu;
 }
 
 // Owned by the caller.
 - (NSWindow*)makeWindow {
-  NSWindow* made = [[NSWindow alloc]
-      initWithContentRect:NSMakeRect(0, 0, kWidth, kHeight)
-                styleMask:NSTitledWindowMask | NSClosableWindowMask | NSMiniaturizableWindowMask
-                  backing:NSBackingStoreBuffered
-                    defer:NO];
+  NSWindow* made = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, kWidth, kHeight)
+                                               styleMask:NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
+                                                         NSWindowStyleMaskMiniaturizable
+                                                 backing:NSBackingStoreBuffered
+                                                   defer:NO];
   [made setReleasedWhenClosed:NO];
   [made setTitle:information(@"CFBundleName")];
   NSString* version = [NSString stringWithFormat:@"Version %@", information(@"CFBundleShortVersionString")];
