@@ -20,10 +20,8 @@ class LiveMicro : public LiveDesktop {
   // One that starts too slowly on a busy machine ends at once, and the next one may do.
   template <class Attempt>
   static bool inOneOfSomeAttempts(Attempt attempt) {
-    for (int count = 0; count < 10; ++count) {
-      if (attempt()) return true;
-    }
-    return false;
+    constexpr double kSeconds = 150;
+    return eventually(attempt, kSeconds);
   }
 
   Child runningInFront() {
