@@ -25,12 +25,6 @@ class ApplicationElement final : public AccessibleApplication {
   pid_t pid_;
 };
 
-CFOwner<CFStringRef> string(const std::string& text) {
-  return CFOwner<CFStringRef>(CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(text.data()),
-                                                      static_cast<CFIndex>(text.size()),
-                                                      kCFStringEncodingUTF8, false));
-}
-
 void notificationHandler(AXObserverRef, AXUIElementRef element, CFStringRef notification, void* handler) {
   (*static_cast<const Accessibility::Handler*>(handler))(const_cast<__AXUIElement*>(element),
                                                          macos::text(notification));
@@ -54,13 +48,13 @@ class ElementObserver final : public AccessibilityObserver {
   ElementObserver& operator=(const ElementObserver&) = delete;
 
   bool add(const std::string& notification) override {
-    const CFOwner<CFStringRef> name = string(notification);
+    const CFOwner<CFStringRef> name = macos::string(notification);
     return name && AXObserverAddNotification(observer_.get(), element_.get(), name.get(), &handler_) ==
                        kAXErrorSuccess;
   }
 
   void remove(const std::string& notification) override {
-    const CFOwner<CFStringRef> name = string(notification);
+    const CFOwner<CFStringRef> name = macos::string(notification);
     if (name) AXObserverRemoveNotification(observer_.get(), element_.get(), name.get());
   }
 

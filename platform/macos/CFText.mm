@@ -14,6 +14,16 @@ std::string text(CFStringRef string) {
   return toBytes((NSString*)string);
 }
 
+std::u16string units(CFStringRef string) {
+  return toUTF16((NSString*)string);
+}
+
+CFOwner<CFStringRef> string(std::string_view bytes) {
+  return CFOwner<CFStringRef>(CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(bytes.data()),
+                                                      static_cast<CFIndex>(bytes.size()),
+                                                      kCFStringEncodingUTF8, false));
+}
+
 std::optional<std::string> path(CFURLRef location) {
   std::array<UInt8, PATH_MAX> bytes{};
   if (location == nullptr || !CFURLGetFileSystemRepresentation(location, true, bytes.data(), bytes.size())) {

@@ -11,9 +11,7 @@ namespace {
 using macos::CFOwner;
 
 CFStringEncoding encodingNamed(std::string_view name) {
-  const CFOwner<CFStringRef> text(
-      CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(name.data()),
-                              static_cast<CFIndex>(name.size()), kCFStringEncodingASCII, false));
+  const CFOwner<CFStringRef> text = macos::string(name);
   return text && !name.empty() ? CFStringConvertIANACharSetNameToEncoding(text.get())
                                : kCFStringEncodingInvalidId;
 }
@@ -33,10 +31,7 @@ std::optional<std::u16string> decodedFrom(std::string_view name, std::string_vie
       CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(bytes.data()),
                               static_cast<CFIndex>(bytes.size()), encoding, true));
   if (!string) return std::nullopt;
-  std::u16string text(static_cast<std::size_t>(CFStringGetLength(string.get())), u'\0');
-  CFStringGetCharacters(string.get(), CFRangeMake(0, static_cast<CFIndex>(text.size())),
-                        reinterpret_cast<UniChar*>(text.data()));
-  return text;
+  return macos::units(string.get());
 }
 
 }  // namespace kr::platform

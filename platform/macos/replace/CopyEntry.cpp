@@ -1,156 +1,47 @@
-// The copy of a part of the system: contents by copyfile(3) or as a clone, names and rights by hand. Copies
-// files of several names as files of their own.
+// Contents by copyfile(3), or as a clone.
 #include <copyfile.h>
-#include <fcntl.h>
-#include <limits.h>
 #include <sys/clonefile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 
-#include "platform/Paths.h"
-#include "platform/posix/Files.h"
 #include "platform/posix/LastError.h"
-#include "platform/replace/FileSystem.h"
+#include "platform/replace/TreeCopy.h"
 
 namespace kr::platform::replace {
 namespace {
 
-using posix::FileDescriptor;
-
-constexpr mode_t kForbidden = S_ISUID | S_ISGID | S_IWGRP | S_IWOTH;
-
-std::optional<Failure> failure(const char* step, const Entry& entry) {
-  return Failure{step, entry.path, posix::lastError()};
-}
-
-bool isSame(const timespec& one, const timespec& other) {
-  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
-}
-
-class Copy {
+class CopyFile final : public Contents {
  public:
-  Copy(const Entry& source, const Entry& destination) : source_(source), destination_(destination) {}
-
-  std::optional<Failure> run() {
-    if (::fstatat(source_.folder, source_.name.c_str(), &status_, AT_SYMLINK_NOFOLLOW) != 0) {
-      return failure("look at", source_);
-    }
-    if (S_ISDIR(status_.st_mode)) return copyFolder();
-    if (S_ISREG(status_.st_mode)) return copyFile();
-    if (S_ISLNK(status_.st_mode)) return copyLink();
-    return specialFile();
+  bool clone(int source, int folder, const std::string& name) noexcept override {
+    return ::fclonefileat(source, folder, name.c_str(), CLONE_NOFOLLOW | CLONE_NOOWNERCOPY) == 0;
   }
 
- private:
-  [[nodiscard]] Failure specialFile() const {
-    return {"copy special file", source_.path, std::make_error_code(std::errc::not_supported)};
+  bool copyFile(int source, int copy) noexcept override {
+    return ::fcopyfile(source, copy, nullptr, COPYFILE_DATA | COPYFILE_XATTR) == 0;
   }
 
-  [[nodiscard]] FileDescriptor openSource(int flags) const {
-    return FileDescriptor(
-        ::openat(source_.folder, source_.name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | flags));
-  }
-  [[nodiscard]] FileDescriptor openDestination(int flags, mode_t mode = 0) const {
-    return FileDescriptor(
-        ::openat(destination_.folder, destination_.name.c_str(), O_NOFOLLOW | O_CLOEXEC | flags, mode));
+  bool copyAttributes(int source, int copy) noexcept override {
+    return ::fcopyfile(source, copy, nullptr, COPYFILE_XATTR) == 0;
   }
 
-  // The other entry's name below both.
-  [[nodiscard]] static Entry below(int folder, const Entry& entry, const std::string& name) {
-    return {folder, name, paths::joined(entry.path, name)};
-  }
-
-  std::optional<Failure> copyFolder() {
-    const FileDescriptor source = openSource(O_DIRECTORY);
-    if (!source || ::fstat(source.get(), &status_) != 0) return failure("open", source_);
-    if (::mkdirat(destination_.folder, destination_.name.c_str(), S_IRWXU) != 0) {
-      return failure("create folder", destination_);
-    }
-    const FileDescriptor copy = openDestination(O_RDONLY | O_DIRECTORY);
-    if (!copy) return failure("open", destination_);
-    const auto names = files::entries(source.get());
-    if (!names) return failure("list", source_);
-    for (const std::string& name : *names) {
-      Copy child(below(source.get(), source_, name), below(copy.get(), destination_, name));
-      if (auto failed = child.run()) return failed;
-    }
-    if (::fcopyfile(source.get(), copy.get(), nullptr, COPYFILE_XATTR) != 0) {
-      return failure("copy attributes of", source_);
-    }
-    return giveToSystem(copy.get());
-  }
-
-  std::optional<Failure> copyFile() {
-    // A FIFO that takes the place of a file must not hold this up.
-    const FileDescriptor source = openSource(O_NONBLOCK | O_NOCTTY);
-    if (!source || ::fstat(source.get(), &status_) != 0) return failure("open", source_);
-    if (!S_ISREG(status_.st_mode)) return specialFile();
-    const bool isCloned = ::fclonefileat(source.get(), destination_.folder, destination_.name.c_str(),
-                                         CLONE_NOFOLLOW | CLONE_NOOWNERCOPY) == 0;
-    const FileDescriptor copy = isCloned ? openDestination(O_RDONLY)
-                                         : openDestination(O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
-    if (!copy) return failure("create", destination_);
-    if (!isCloned) {
-      if (::fcopyfile(source.get(), copy.get(), nullptr, COPYFILE_DATA | COPYFILE_XATTR) != 0) {
-        return errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? failure("write", destination_)
-                                                                    : failure("copy", source_);
-      }
-      struct stat after {};
-      if (::fstat(source.get(), &after) != 0) return failure("look at", source_);
-      if (after.st_size != status_.st_size || !isSame(after.st_mtimespec, status_.st_mtimespec)) {
-        errno = ESTALE;
-        return failure("copy, as it changes meanwhile,", source_);
-      }
-      if (::fsync(copy.get()) != 0) return failure("write to the disk", destination_);
-    }
-    return giveToSystem(copy.get());
-  }
-
-  std::optional<Failure> copyLink() {
-    std::array<char, PATH_MAX + 1> target{};
-    if (::readlinkat(source_.folder, source_.name.c_str(), target.data(), target.size() - 1) < 0) {
-      return failure("read link", source_);
-    }
-    const char* name = destination_.name.c_str();
-    if (::symlinkat(target.data(), destination_.folder, name) != 0)
-      return failure("create link", destination_);
-    if (::fchownat(destination_.folder, name, 0, 0, AT_SYMLINK_NOFOLLOW) != 0 && errno != EPERM) {
-      return failure("set owner of", destination_);
-    }
-    const timespec times[] = {status_.st_atimespec, status_.st_mtimespec};
-    if (::utimensat(destination_.folder, name, times, AT_SYMLINK_NOFOLLOW) != 0) {
-      return failure("set times of", destination_);
-    }
-    return std::nullopt;
-  }
-
-  // Anybody but root keeps what is theirs. A clone has the access list and the flags of its source, and some
-  // of the flags keep everything else from being changed.
-  std::optional<Failure> giveToSystem(int copy) {
-    if (::fchflags(copy, 0) != 0 && errno != ENOTSUP) return failure("set flags of", destination_);
+  // A clone has the access list and the flags of its source, and some of the flags keep everything else from
+  // being changed.
+  std::optional<Problem> unprotect(int copy) noexcept override {
+    if (::fchflags(copy, 0) != 0 && errno != ENOTSUP) return Problem{"set flags of", posix::lastError()};
     if (const std::error_code error = removeInheritedAccessLists(copy)) {
-      return Failure{"take the access list from", destination_.path, error};
+      return Problem{"take the access list from", error};
     }
-    if (::fchown(copy, 0, 0) != 0 && errno != EPERM) return failure("set owner of", destination_);
-    if (::fchmod(copy, status_.st_mode & 07777 & ~kForbidden) != 0)
-      return failure("set mode of", destination_);
-    const timespec times[] = {status_.st_atimespec, status_.st_mtimespec};
-    if (::futimens(copy, times) != 0) return failure("set times of", destination_);
     return std::nullopt;
   }
-
-  Entry source_;
-  Entry destination_;
-  struct stat status_ {};
 };
 
 }  // namespace
 
 std::optional<Failure> copyEntry(const Entry& source, const Entry& destination) {
-  return Copy(source, destination).run();
+  CopyFile contents;
+  return copyTree(source, destination, contents);
 }
 
 }  // namespace kr::platform::replace

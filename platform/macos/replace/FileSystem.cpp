@@ -10,6 +10,7 @@
 
 #include "platform/posix/CheckedRename.h"
 #include "platform/posix/LastError.h"
+#include "platform/replace/TreeRemoval.h"
 
 namespace kr::platform::replace {
 namespace {
@@ -37,6 +38,10 @@ std::error_code removeInheritedAccessLists(int item) noexcept {
   ::acl_free(none);
   // A file system without access lists passes none on.
   return error == std::errc::not_supported ? std::error_code{} : error;
+}
+
+std::optional<Failure> removeEntry(const Entry& entry) {
+  return removeTree(entry);
 }
 
 std::error_code renameExclusively(int from, const std::string& old, int to,

@@ -1,3 +1,5 @@
+#include "platform/replace/TreeRemoval.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -6,7 +8,6 @@
 
 #include "platform/Paths.h"
 #include "platform/posix/Files.h"
-#include "platform/replace/FileSystem.h"
 
 namespace kr::platform::replace {
 namespace {
@@ -37,7 +38,7 @@ std::optional<Failure> remove(const Entry& entry, dev_t volume) {
 
 }  // namespace
 
-std::optional<Failure> removeEntry(const Entry& entry) {
+std::optional<Failure> removeTree(const Entry& entry) {
   struct stat status {};
   if (::fstatat(entry.folder, entry.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return failure(entry);
   return remove(entry, status.st_dev);
