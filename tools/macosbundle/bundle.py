@@ -20,7 +20,7 @@ TOOL = "train"
 @dataclass
 class Report:
     complaints: list = field(default_factory=list)
-    notes: list = field(default_factory=list)  # what keeps the bundle from starting, but is no fault of the sources
+    notes: list = field(default_factory=list)  # what cannot be told, or is missing through no fault of the sources
     figures: dict = field(default_factory=dict)
 
     def wrong(self, where, complaint):
@@ -204,7 +204,7 @@ class Check:
             report.wrong(self.sources, "asks for no resource")
         for item in items:
             if item.name is None:
-                report.wrong(item.place, "asks for a resource whose name is no constant")
+                report.note(f"{item.place} asks for a resource under a name that it gets from elsewhere")
             elif item.name in SYSTEM_IMAGES and item.types == tuple(names.IMAGES):
                 continue
             elif not any((resources / name).exists() for name in names.file_names(item)):
