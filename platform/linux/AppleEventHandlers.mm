@@ -8,6 +8,7 @@
 #include "platform/Log.h"
 #import "platform/cocoa/Bridging.h"
 #include "platform/linux/AppleEventInbox.h"
+#include "platform/linux/RunLoopBus.h"
 
 using kr::platform::AppleEventInbox;
 
@@ -21,10 +22,6 @@ struct Target {
   SEL selector;
 };
 using Targets = std::map<std::pair<std::uint32_t, std::uint32_t>, Target>;
-
-void* runLoopData(int descriptor) {
-  return reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor));
-}
 
 }  // namespace
 
@@ -44,11 +41,11 @@ void* runLoopData(int descriptor) {
 
 @end
 
-// Lets the inbox work whenever the main run loop finds its descriptor ready.
-@interface KRAppleEventWatcher : NSObject <RunLoopEvents> {
+// Who handles which event. The inbox and what lets it work live as long as the program.
+@interface KRAppleEventWatcher : NSObject {
   Targets targets;
-  AppleEventInbox* inbox;  // lives as long as the program
-  std::optional<AppleEventInbox::Readiness> watched;
+  AppleEventInbox* inbox;
+  kr::platform::RunLoopBus* source;
 }
 + (KRAppleEventWatcher*)sharedWatcher;
 - (void)setTarget:(Target)target forEvent:(std::pair<std::uint32_t, std::uint32_t>)event;
@@ -72,7 +69,8 @@ void* runLoopData(int descriptor) {
         return true;
       });
   inbox->open();
-  [self watch];
+  source =
+      new kr::platform::RunLoopBus([self] { return inbox->readiness(); }, [self] { inbox->work(kTurn); });
 }
 
 - (void)deliver:(const std::optional<std::string>&)text to:(Target)target {
@@ -85,32 +83,6 @@ void* runLoopData(int descriptor) {
     kr::log("EXCEPTION @ Apple event: %@", kr::toBytes([exception description]));
   }
   [pool release];
-}
-
-// Has the run loop wait for what the inbox waits for now.
-- (void)watch {
-  const auto wanted = inbox->readiness();
-  if (wanted == watched) return;
-  NSRunLoop* loop = [NSRunLoop mainRunLoop];
-  for (NSString* mode in @[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ]) {
-    if (watched) {
-      [loop removeEvent:runLoopData(watched->descriptor) type:ET_RDESC forMode:mode all:YES];
-      if (watched->write)
-        [loop removeEvent:runLoopData(watched->descriptor) type:ET_WDESC forMode:mode all:YES];
-    }
-    if (wanted) {
-      [loop addEvent:runLoopData(wanted->descriptor) type:ET_RDESC watcher:self forMode:mode];
-      if (wanted->write) {
-        [loop addEvent:runLoopData(wanted->descriptor) type:ET_WDESC watcher:self forMode:mode];
-      }
-    }
-  }
-  watched = wanted;
-}
-
-- (void)receivedEvent:(void*)data type:(RunLoopEventType)type extra:(void*)extra forMode:(NSString*)mode {
-  inbox->work(kTurn);
-  [self watch];
 }
 
 @end

@@ -84,12 +84,12 @@ void AppleEventInbox::open() noexcept {
   if (!opened) bus_.reset();
 }
 
-std::optional<AppleEventInbox::Readiness> AppleEventInbox::readiness() const noexcept {
+std::optional<BusReadiness> AppleEventInbox::readiness() const noexcept {
   if (!bus_ || ::sd_bus_get_current_message(bus_.get()) != nullptr) return std::nullopt;
   const int descriptor = ::sd_bus_get_fd(bus_.get());
   const int events = ::sd_bus_get_events(bus_.get());
   if (descriptor < 0 || events < 0) return std::nullopt;
-  return Readiness{.descriptor = descriptor, .write = (events & POLLOUT) != 0};
+  return BusReadiness{.descriptor = descriptor, .write = (events & POLLOUT) != 0};
 }
 
 void AppleEventInbox::work(std::chrono::milliseconds atMost) noexcept {

@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/linux/RunLoopBus.h"
+
 struct sd_bus;
 
 namespace kr::platform {
@@ -31,15 +33,9 @@ class AppleEventInbox {
   // it has ended, there is nothing to wait for and no event comes.
   void open() noexcept;
 
-  // What to wait for; changes with every call of work(). Nothing while the handler runs: who runs a loop in
-  // there is not woken by what has to wait for its end.
-  struct Readiness {
-    int descriptor;
-    bool write;  // also until it can be written; it is always to be read
-
-    friend bool operator==(const Readiness&, const Readiness&) = default;
-  };
-  [[nodiscard]] std::optional<Readiness> readiness() const noexcept;
+  // What to wait for. Nothing while the handler runs: who runs a loop in there is not woken by what has to wait
+  // for its end.
+  [[nodiscard]] std::optional<BusReadiness> readiness() const noexcept;
 
   // Takes what has come, one event after the other, until nothing is left or the time is up. Does nothing out
   // of the handler: what comes meanwhile is taken after it.

@@ -7,6 +7,7 @@
 #include "platform/Clock.h"
 #include "platform/SystemServices.h"
 #include "platform/cocoa/InterfaceStyle.h"
+#include "platform/linux/DesktopColorScheme.h"
 
 namespace kr::platform {
 namespace {
@@ -15,9 +16,11 @@ namespace {
 // readings, and colours are asked for by the hundred while a window draws.
 constexpr double kFreshSeconds = 0.1;
 
-class DefaultsOfTheUser final : public DesktopAppearance {
+// The desktop's own setting, and where it has none, the user's default.
+class SettingsOfTheDesktop final : public DesktopAppearance {
  public:
   bool isDark() override {
+    if (const std::optional<bool> dark = desktopPrefersDark()) return *dark;
     const double now = systemClock().monotonicSeconds();
     if (now - lastLook_.exchange(now) > kFreshSeconds) lookAtTheDisk();
     return interfaceStyleIsDark();
@@ -36,7 +39,7 @@ class DefaultsOfTheUser final : public DesktopAppearance {
 }  // namespace
 
 DesktopAppearance& systemDesktopAppearance() noexcept {
-  static DefaultsOfTheUser& appearance = *new DefaultsOfTheUser;
+  static SettingsOfTheDesktop& appearance = *new SettingsOfTheDesktop;
   return appearance;
 }
 
