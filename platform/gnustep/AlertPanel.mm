@@ -5,7 +5,9 @@
 #include <utility>
 
 #import "platform/cocoa/Bridging.h"
-#import "platform/gnustep/ThemeColors.h"
+#import "platform/gnustep/LabelText.h"
+#import "platform/gnustep/Mirror.h"
+#import "platform/gnustep/UserLanguages.h"
 
 using kr::platform::Alert;
 using kr::platform::kFirstAlertButton;
@@ -25,13 +27,10 @@ constexpr CGFloat kShortestButton = 112;
 constexpr CGFloat kTitleMargin = 20;
 constexpr CGFloat kMessageSize = 14;
 constexpr CGFloat kInformativeSize = 12;
-// The text of a label begins that far from its edges.
-constexpr CGFloat kLabelInset = 2;
-constexpr CGFloat kEndless = 1e6;
 // What stays free above and below the highest of panels.
 constexpr CGFloat kScreenMargin = 60;
 
-NSTextField* label(const std::string& text, NSFont* font, int color, CGFloat width) {
+NSTextField* label(const std::string& text, NSFont* font, NSString* color, CGFloat width) {
   NSTextField* field = [[[NSTextField alloc] initWithFrame:NSMakeRect(0, 0, width, 0)] autorelease];
   [field setEditable:NO];
   [field setSelectable:NO];
@@ -39,15 +38,15 @@ NSTextField* label(const std::string& text, NSFont* font, int color, CGFloat wid
   [field setBezeled:NO];
   [field setDrawsBackground:NO];
   [field setFont:font];
-  [field setTextColor:kr::theme::color(color)];
+  [field setTextColor:[NSColor colorWithCatalogName:@"System" colorName:color]];
   [[field cell] setWraps:YES];
   [[field cell] setLineBreakMode:NSLineBreakByWordWrapping];
   [field setStringValue:kr::toNSString(text)];
+  kr::theme::drawInBothDirections(field);
   // The cell itself measures a single line.
-  const NSRect lines =
-      [[field attributedStringValue] boundingRectWithSize:NSMakeSize(width - 2 * kLabelInset, kEndless)
-                                                  options:NSStringDrawingUsesLineFragmentOrigin];
-  [field setFrameSize:NSMakeSize(width, std::ceil(NSHeight(lines)))];
+  const NSSize lines = kr::theme::textSize([field stringValue], @{NSFontAttributeName : font},
+                                           width - 2 * kr::theme::kLabelInset);
+  [field setFrameSize:NSMakeSize(width, std::ceil(lines.height))];
   return field;
 }
 
@@ -66,7 +65,8 @@ NSButton* pushButton(const std::string& title, NSInteger code) {
   [button setTitle:kr::toNSString(title)];
   [button setTag:code];
   [button setAction:@selector(press:)];
-  const CGFloat titleWidth = [[button title] sizeWithAttributes:@{NSFontAttributeName : [button font]}].width;
+  const CGFloat titleWidth =
+      [kr::theme::drawable([button title]) sizeWithAttributes:@{NSFontAttributeName : [button font]}].width;
   const CGFloat width = std::ceil(titleWidth) + 2 * (kTitleMargin + kButtonMargin);
   [button setFrameSize:NSMakeSize(std::max(width, kShortestButton), kButtonHeight)];
   return button;
@@ -80,9 +80,9 @@ NSButton* pushButton(const std::string& title, NSInteger code) {
   const CGFloat textLeft = kMargin + kIconSide + kIconGap;
   const CGFloat textWidth = kWidth - kMargin - textLeft;
   NSTextField* message =
-      label(alert.message, [NSFont boldSystemFontOfSize:kMessageSize], kr::theme::kText, textWidth);
-  NSTextField* informative = label(alert.informative, [NSFont systemFontOfSize:kInformativeSize],
-                                   kr::theme::kTextSecondary, textWidth);
+      label(alert.message, [NSFont boldSystemFontOfSize:kMessageSize], @"labelColor", textWidth);
+  NSTextField* informative =
+      label(alert.informative, [NSFont systemFontOfSize:kInformativeSize], @"secondaryLabelColor", textWidth);
   // A text that is too long for the screen loses its end, and the buttons stay where they can be reached.
   const CGFloat around = 2 * kMargin + kTextGap + kButtonGap + kButtonHeight;
   const CGFloat room = NSHeight([[NSScreen mainScreen] visibleFrame]) - 2 * kScreenMargin - around;
@@ -105,6 +105,7 @@ NSButton* pushButton(const std::string& title, NSInteger code) {
   [informative setFrameSize:NSMakeSize(textWidth, informativeHeight)];
   [self place:informative at:NSMakePoint(textLeft, top - messageHeight - kTextGap - informativeHeight)];
   [self addButtons:alert.buttons];
+  if (kr::platform::interfaceIsRightToLeft()) kr::theme::mirror([self contentView]);
   return self;
 }
 

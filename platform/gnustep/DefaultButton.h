@@ -9,8 +9,8 @@ namespace kr::theme {
 // An enabled push button whose key is Return.
 [[nodiscard]] bool isDefaultButton(NSCell* cell);
 
-// From now on titles of default buttons are drawn in the colour that goes with the accent colour. Once is
-// enough; further calls do nothing.
-void colorDefaultButtonTitles();
+// From now on titles of default buttons are drawn in the colour that goes with the accent colour, and titles
+// from right to left as they are written. Once is enough; further calls do nothing.
+void adjustButtonTitles();
 
 }  // namespace kr::theme

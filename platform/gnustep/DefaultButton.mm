@@ -2,6 +2,7 @@
 
 #include <objc/runtime.h>
 
+#import "platform/gnustep/LabelText.h"
 #import "platform/gnustep/ThemeColors.h"
 
 namespace kr::theme {
@@ -12,11 +13,15 @@ using DrawTitle = NSRect (*)(NSButtonCell*, SEL, NSAttributedString*, NSRect, NS
 DrawTitle gDrawTitle;
 
 NSRect drawTitle(NSButtonCell* cell, SEL selector, NSAttributedString* title, NSRect rect, NSView* view) {
-  if (!isDefaultButton(cell)) return gDrawTitle(cell, selector, title, rect, view);
+  NSString* text = drawable([title string]);
+  if (text == [title string] && !isDefaultButton(cell)) return gDrawTitle(cell, selector, title, rect, view);
   NSMutableAttributedString* shown = [[title mutableCopy] autorelease];
-  [shown addAttribute:NSForegroundColorAttributeName
-                value:color(kAccentText)
-                range:NSMakeRange(0, [shown length])];
+  [[shown mutableString] setString:text];
+  if (isDefaultButton(cell)) {
+    [shown addAttribute:NSForegroundColorAttributeName
+                  value:color(palette().accentText)
+                  range:NSMakeRange(0, [shown length])];
+  }
   return gDrawTitle(cell, selector, shown, rect, view);
 }
 
@@ -30,7 +35,7 @@ bool isDefaultButton(NSCell* cell) {
 
 // A theme has no say in the colour of a title, and the way that themes have to override other classes'
 // methods does not find the class of a method with several arguments.
-void colorDefaultButtonTitles() {
+void adjustButtonTitles() {
   if (gDrawTitle != nullptr) return;
   Method method = class_getInstanceMethod([NSButtonCell class], @selector(drawTitle:withFrame:inView:));
   gDrawTitle =

@@ -6,11 +6,18 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/DesktopAppearance.h"
+#include "platform/Services.h"
 #include "platform/gnustep/CommandLineBytes.h"
 #import "platform/gnustep/ImageTypes.h"
+#import "platform/gnustep/LabelText.h"
+#import "platform/gnustep/Mirror.h"
+#import "platform/gnustep/ReadingView.h"
 #import "platform/gnustep/Theme.h"
 #import "platform/gnustep/TruncatingLabel.h"
+#import "platform/gnustep/UserLanguages.h"
 #include "platform/gnustep/WindowServerLoss.h"
+#include "platform/linux/DesktopColorScheme.h"
 
 namespace kr::platform {
 namespace {
@@ -62,6 +69,7 @@ void finishLabel(NSTextField* label) {
   [label setBezeled:NO];
   [label setDrawsBackground:NO];
   kr::theme::truncateInTheMiddle(label);
+  kr::theme::drawInBothDirections(label);
   if ([label tag] == kBoldLabel) [label setFont:[NSFont boldSystemFontOfSize:[[label font] pointSize]]];
 }
 
@@ -75,6 +83,7 @@ void finishViews(NSView* view) {
       [[static_cast<NSScrollView*>(child) verticalScroller] setArrowsPosition:NSScrollerArrowsNone];
     } else if ([child isKindOfClass:[NSTextView class]]) {
       [static_cast<NSTextView*>(child) setTextContainerInset:kTextInset];
+      kr::theme::followAppearance(static_cast<NSTextView*>(child));
     } else if ([child isKindOfClass:[NSTabView class]]) {
       for (NSTabViewItem* item in [static_cast<NSTabView*>(child) tabViewItems]) finishViews([item view]);
     }
@@ -112,10 +121,14 @@ void prepareApplication() {
     // File names and texts are UTF-8 whatever the locale is.
     const bool encodingIsGiven = ::getenv(kEncodingVariable) != nullptr;
     ::setenv(kEncodingVariable, "NSUTF8StringEncoding", 0);
+    useUserLanguages();
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults()];
     theme::keepOwnImageTypes();
+    // The desktop answers while the toolkit starts.
+    askDesktopColorScheme();
     [NSApplication sharedApplication];
-    [KRTheme install];
+    [KRTheme installDark:services().desktopAppearance->isDark()];
+    onDesktopColorSchemeChange([] { [KRTheme useDark:services().desktopAppearance->isDark()]; });
     // Read by now; the programs that the application starts are to find their own.
     if (!encodingIsGiven) ::unsetenv(kEncodingVariable);
   }
@@ -124,6 +137,7 @@ void prepareApplication() {
 void finishWindow(NSWindow* window) {
   finishWorkWithoutWindowServer();
   finishViews([window contentView]);
+  if (interfaceIsRightToLeft()) theme::mirror([window contentView]);
   removeHidingCommands([NSApp mainMenu]);
 }
 

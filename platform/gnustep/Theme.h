@@ -1,14 +1,16 @@
-// The look of the application on GNUstep: a light, flat theme in place of the toolkit's own. Main thread.
+// The look of the application on GNUstep: a flat theme, light or dark, in place of the toolkit's own. Main
+// thread.
 #pragma once
 
 #import <AppKit/AppKit.h>
 #import <GNUstepGUI/GSTheme.h>
 
-@interface KRTheme : GSTheme {
-  NSColorList* systemColors;  // owned
-}
+@interface KRTheme : GSTheme
 
-// Puts the theme in force. After the application object has been made.
-+ (void)install;
+// Puts the theme in force, in the dark or the light appearance. After the application object has been made.
++ (void)installDark:(BOOL)dark;
+
+// Changes to the dark or the light appearance, also of the windows that are open.
++ (void)useDark:(BOOL)dark;
 
 @end

@@ -6,6 +6,9 @@
 #import "platform/gnustep/ThemeColors.h"
 
 using kr::theme::color;
+using kr::theme::palette;
+using kr::theme::Palette;
+using kr::theme::paletteFor;
 
 namespace {
 
@@ -41,12 +44,8 @@ bool isPressed(GSThemeControlState state) {
   return state == GSThemeHighlightedState || state == GSThemeHighlightedFirstResponderState;
 }
 
-void frame(NSRect rect, int surface) {
-  if (surface >= 0) {
-    [color(surface) set];
-    NSRectFill(rect);
-  }
-  [color(kr::theme::kLine) set];
+void frame(NSRect rect) {
+  [color(palette().line) set];
   NSFrameRect(rect);
 }
 
@@ -54,17 +53,13 @@ void frame(NSRect rect, int surface) {
 
 @implementation KRTheme
 
-+ (void)install {
++ (void)installDark:(BOOL)dark {
+  kr::theme::setPalette(dark ? kr::theme::kDark : kr::theme::kLight);
   NSBundle* bundle = [NSBundle mainBundle];
   [GSTheme setTheme:[[[self alloc] initWithBundle:bundle] autorelease]];
-  kr::theme::colorDefaultButtonTitles();
+  kr::theme::adjustButtonTitles();
   // The arrow that alerts put on their default button: its fill says as much.
   [[[[NSImage alloc] initWithSize:NSMakeSize(1, 1)] autorelease] setName:@"common_ret"];
-}
-
-- (void)dealloc {
-  [systemColors release];
-  [super dealloc];
 }
 
 // The toolkit compares the name with the user default, and puts its own theme back when they differ.
@@ -73,13 +68,18 @@ void frame(NSRect rect, int surface) {
 }
 
 - (NSColorList*)colors {
-  if (systemColors == nil) {
-    systemColors = [[NSColorList alloc] initWithName:@"System"];
-    for (const kr::theme::SystemColor& entry : kr::theme::kSystemColors) {
-      [systemColors setColor:color(entry.value) forKey:entry.name];
-    }
+  return kr::theme::systemColorList();
+}
+
++ (void)useDark:(BOOL)dark {
+  const Palette& chosen = dark ? kr::theme::kDark : kr::theme::kLight;
+  if (&chosen == &palette()) return;
+  kr::theme::setPalette(chosen);
+  [[NSNotificationCenter defaultCenter] postNotificationName:GSThemeDidActivateNotification
+                                                      object:[GSTheme theme]];
+  for (NSWindow* window in [NSApp windows]) {
+    [[[window contentView] superview] setNeedsDisplay:YES];
   }
-  return systemColors;
 }
 
 - (void)drawButton:(NSRect)rect
@@ -95,10 +95,10 @@ void frame(NSRect rect, int surface) {
     NSBezierPath* path =
         rounded(hasMargin ? pushButtonRect(rect) : NSInsetRect(rect, 1.5, 1.5), kButtonRadius);
     if (kr::theme::isDefaultButton(cell)) {
-      fill(path, isPressed(state) ? kr::theme::kAccentPressed : kr::theme::kAccent);
+      fill(path, isPressed(state) ? palette().accentPressed : palette().accent);
     } else {
-      fill(path, isPressed(state) ? kr::theme::kSurfacePressed : kr::theme::kSurface);
-      outline(path, kr::theme::kLine);
+      fill(path, isPressed(state) ? palette().surfacePressed : palette().surface);
+      outline(path, palette().line);
     }
   } else {
     [super drawButton:rect in:cell view:view style:style state:state];
@@ -107,11 +107,11 @@ void frame(NSRect rect, int surface) {
 
 - (void)drawHelpButton:(NSRect)rect pressed:(bool)pressed {
   NSBezierPath* path = [NSBezierPath bezierPathWithOvalInRect:rect];
-  fill(path, pressed ? kr::theme::kSurfacePressed : kr::theme::kSurface);
-  outline(path, kr::theme::kLine);
+  fill(path, pressed ? palette().surfacePressed : palette().surface);
+  outline(path, palette().line);
   NSDictionary* attributes = @{
     NSFontAttributeName : [NSFont boldSystemFontOfSize:13],
-    NSForegroundColorAttributeName : color(kr::theme::kText)
+    NSForegroundColorAttributeName : color(palette().text)
   };
   const NSSize size = [@"?" sizeWithAttributes:attributes];
   [@"?" drawAtPoint:NSMakePoint(NSMidX(rect) - size.width / 2, NSMidY(rect) - size.height / 2)
@@ -131,16 +131,18 @@ void frame(NSRect rect, int surface) {
   }
   NSBezierPath* path = rounded(around, radius);
   [path setLineWidth:2];
-  outline(path, kr::theme::kAccent);
+  outline(path, palette().focus);
 }
 
 - (NSRect)drawGrayBezel:(NSRect)border withClip:(NSRect)clip {
-  frame(border, -1);
+  frame(border);
   return NSInsetRect(border, 1, 1);
 }
 
 - (NSRect)drawWhiteBezel:(NSRect)border withClip:(NSRect)clip {
-  frame(border, kr::theme::kSurface);
+  [color(palette().surface) set];
+  NSRectFill(border);
+  frame(border);
   return NSInsetRect(border, 1, 1);
 }
 
@@ -150,7 +152,7 @@ void frame(NSRect rect, int surface) {
                       atCount:(int)count
                      forValue:(double)value {
   NSRect bar = NSMakeRect(NSMinX(bounds), NSMidY(bounds) - kBarHeight / 2, NSWidth(bounds), kBarHeight);
-  fill(rounded(bar, kBarHeight / 2), kr::theme::kTrack);
+  fill(rounded(bar, kBarHeight / 2), palette().track);
   if ([progress isIndeterminate]) {
     const double way = std::fmod(count / kBarSteps, 2.0);
     const double position = way < 1 ? way : 2 - way;
@@ -160,7 +162,7 @@ void frame(NSRect rect, int surface) {
   } else {
     bar.size.width *= value;
   }
-  fill(rounded(bar, kBarHeight / 2), kr::theme::kAccent);
+  fill(rounded(bar, kBarHeight / 2), palette().bar);
 }
 
 // The menu shows nowhere; its key equivalents work all the same.
@@ -182,12 +184,13 @@ void frame(NSRect rect, int surface) {
                   inView:(NSView*)view
                  hitPart:(NSScrollerPart)part
             isHorizontal:(BOOL)horizontal {
-  [color(kr::theme::kSurface) set];
+  const Palette& colors = paletteFor(view);
+  [color(colors.surface) set];
   NSRectFill(rect);
   NSScroller* scroller = static_cast<NSScroller*>(view);
   if (![scroller isEnabled] || [scroller knobProportion] >= 1) return;
   const NSRect knob = NSInsetRect([scroller rectForPart:NSScrollerKnob], kKnobInset, kKnobInset);
-  fill(rounded(knob, (horizontal ? NSHeight(knob) : NSWidth(knob)) / 2), kr::theme::kKnob);
+  fill(rounded(knob, (horizontal ? NSHeight(knob) : NSWidth(knob)) / 2), colors.knob);
 }
 
 - (float)defaultScrollerWidth {

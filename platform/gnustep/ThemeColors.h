@@ -1,4 +1,5 @@
-// The colours of the theme as 0xRRGGBB, and the system colours that are made of them.
+// The colours of the theme, one set for the light appearance and one for the dark, and the system colours
+// that are made of them. Main thread.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -7,52 +8,118 @@
 
 namespace kr::theme {
 
-inline constexpr int kWindow = 0xF6F7F9;
-inline constexpr int kSurface = 0xFFFFFF;
-inline constexpr int kSurfacePressed = 0xE6E9EE;
-inline constexpr int kText = 0x1C2128;
-inline constexpr int kTextSecondary = 0x59626F;
-inline constexpr int kTextDisabled = 0x6B7380;
-inline constexpr int kLine = 0xC3C9D2;
-inline constexpr int kTrack = 0xDFE3E9;
-inline constexpr int kKnob = 0xB4BBC6;
-inline constexpr int kAccent = 0x2A66D1;
-inline constexpr int kAccentPressed = 0x1F4FA8;
-inline constexpr int kAccentText = 0xFFFFFF;
-inline constexpr int kSelection = 0xB9D4FB;
+// Each as 0xRRGGBB.
+struct Palette {
+  int window;
+  int surface;  // of buttons, and of what is read
+  int surfacePressed;
+  int text;
+  int textSecondary;
+  int textDisabled;
+  int line;
+  int bar;    // of a progress indicator
+  int track;  // under the bar
+  int knob;   // of a scroller
+  int accent;
+  int accentPressed;
+  int accentText;
+  int focus;
+  int selection;
+};
+
+inline constexpr Palette kLight{.window = 0xF5F6F8,
+                                .surface = 0xFFFFFF,
+                                .surfacePressed = 0xE6E9EE,
+                                .text = 0x1C2128,
+                                .textSecondary = 0x565F6C,
+                                .textDisabled = 0x666E7B,
+                                .line = 0xC9CED6,
+                                .bar = 0x2A66D1,
+                                .track = 0xDDE1E7,
+                                .knob = 0xB4BBC6,
+                                .accent = 0x2A66D1,
+                                .accentPressed = 0x1F4FA8,
+                                .accentText = 0xFFFFFF,
+                                .focus = 0x4A80E2,
+                                .selection = 0xB9D4FB};
+
+inline constexpr Palette kDark{.window = 0x202328,
+                               .surface = 0x30343B,
+                               .surfacePressed = 0x434851,
+                               .text = 0xECEEF2,
+                               .textSecondary = 0xAEB6C2,
+                               .textDisabled = 0x9BA3AF,
+                               .line = 0x4A505A,
+                               .bar = 0x6C9CF2,
+                               .track = 0x3A3F47,
+                               .knob = 0x6B7380,
+                               .accent = 0x3470DE,
+                               .accentPressed = 0x285CBE,
+                               .accentText = 0xFFFFFF,
+                               .focus = 0x7FAAF5,
+                               .selection = 0x2F4F82};
+
+// The set in force: the light one until another is chosen.
+[[nodiscard]] const Palette& palette();
+
+// The set that a view is drawn with: the light one where it or a view around it is fixed to the light
+// appearance, and where it scrolls a document that is; else the one in force.
+[[nodiscard]] const Palette& paletteFor(NSView* view);
+
+// The list of the system colours, made of the set in force.
+[[nodiscard]] NSColorList* systemColorList();
+
+// Puts a set in force: system colours are its colours from now on. What is on the screen stays as it is.
+void setPalette(const Palette& chosen);
+
+// Puts a set in force for a scope.
+class PaletteScope {
+ public:
+  explicit PaletteScope(const Palette& chosen) : previous_(palette()) { change(chosen); }
+  ~PaletteScope() { change(previous_); }
+  PaletteScope(const PaletteScope&) = delete;
+  PaletteScope& operator=(const PaletteScope&) = delete;
+
+ private:
+  static void change(const Palette& chosen) {
+    if (&chosen != &palette()) setPalette(chosen);
+  }
+
+  const Palette& previous_;
+};
 
 struct SystemColor {
   NSString* name;
-  int value;
+  int Palette::*value;
 };
 
 // Every name that controls of this application draw with.
-inline const std::array<SystemColor, 26> kSystemColors{{{@"windowBackgroundColor", kWindow},
-                                                        {@"controlColor", kWindow},
-                                                        {@"controlBackgroundColor", kSurface},
-                                                        {@"controlHighlightColor", kWindow},
-                                                        {@"controlLightHighlightColor", kSurface},
-                                                        {@"controlShadowColor", kLine},
-                                                        {@"controlDarkShadowColor", kLine},
-                                                        {@"controlTextColor", kText},
-                                                        {@"disabledControlTextColor", kTextDisabled},
-                                                        {@"headerColor", kWindow},
-                                                        {@"headerTextColor", kText},
-                                                        {@"keyboardFocusIndicatorColor", kAccent},
-                                                        {@"knobColor", kKnob},
-                                                        {@"labelColor", kText},
-                                                        {@"secondaryLabelColor", kTextSecondary},
-                                                        {@"tertiaryLabelColor", kTextDisabled},
-                                                        {@"quaternaryLabelColor", kLine},
-                                                        {@"scrollBarColor", kSurface},
-                                                        {@"selectedControlColor", kSelection},
-                                                        {@"selectedMenuItemColor", kAccent},
-                                                        {@"selectedMenuItemTextColor", kAccentText},
-                                                        {@"selectedTextBackgroundColor", kSelection},
-                                                        {@"selectedTextColor", kText},
-                                                        {@"textBackgroundColor", kSurface},
-                                                        {@"textColor", kText},
-                                                        {@"windowFrameColor", kLine}}};
+inline const std::array<SystemColor, 26> kSystemColors{{{@"windowBackgroundColor", &Palette::window},
+                                                        {@"controlColor", &Palette::window},
+                                                        {@"controlBackgroundColor", &Palette::surface},
+                                                        {@"controlHighlightColor", &Palette::window},
+                                                        {@"controlLightHighlightColor", &Palette::surface},
+                                                        {@"controlShadowColor", &Palette::line},
+                                                        {@"controlDarkShadowColor", &Palette::line},
+                                                        {@"controlTextColor", &Palette::text},
+                                                        {@"disabledControlTextColor", &Palette::textDisabled},
+                                                        {@"headerColor", &Palette::window},
+                                                        {@"headerTextColor", &Palette::text},
+                                                        {@"keyboardFocusIndicatorColor", &Palette::focus},
+                                                        {@"knobColor", &Palette::knob},
+                                                        {@"labelColor", &Palette::text},
+                                                        {@"secondaryLabelColor", &Palette::textSecondary},
+                                                        {@"tertiaryLabelColor", &Palette::textDisabled},
+                                                        {@"quaternaryLabelColor", &Palette::line},
+                                                        {@"scrollBarColor", &Palette::surface},
+                                                        {@"selectedControlColor", &Palette::selection},
+                                                        {@"selectedMenuItemColor", &Palette::accent},
+                                                        {@"selectedMenuItemTextColor", &Palette::accentText},
+                                                        {@"selectedTextBackgroundColor", &Palette::selection},
+                                                        {@"selectedTextColor", &Palette::text},
+                                                        {@"textBackgroundColor", &Palette::surface},
+                                                        {@"textColor", &Palette::text},
+                                                        {@"windowFrameColor", &Palette::line}}};
 
 [[nodiscard]] inline NSColor* color(int value) {
   return [NSColor colorWithCalibratedRed:((value >> 16) & 0xFF) / 255.0

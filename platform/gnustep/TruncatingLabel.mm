@@ -2,6 +2,8 @@
 
 #include <objc/runtime.h>
 
+#import "platform/gnustep/LabelText.h"
+
 namespace {
 
 // As many units of the text, shared out between its beginning and its end; no character is taken apart.
@@ -53,7 +55,7 @@ NSString* middleTruncated(NSString* text, NSDictionary* attributes, CGFloat widt
   const NSRect line = [self titleRectForBounds:frame];
   // The text is drawn with a small margin on both sides.
   const CGFloat room = NSWidth(line) - 2;
-  NSString* shown = kr::theme::middleTruncated([whole string], attributes, room);
+  NSString* shown = kr::theme::drawable(kr::theme::middleTruncated([whole string], attributes, room));
   NSAttributedString* title = [[[NSAttributedString alloc] initWithString:shown
                                                                attributes:attributes] autorelease];
   [title drawInRect:line];

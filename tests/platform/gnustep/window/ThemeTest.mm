@@ -2,17 +2,24 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "platform/DesktopAppearance.h"
+#include "platform/Services.h"
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PrepareApplication.h"
 #import "platform/gnustep/Appearance.h"
+#import "platform/gnustep/Theme.h"
 #import "platform/gnustep/ThemeColors.h"
 #import "platform/gnustep/TruncatingLabel.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/SettingsPortal.h"
 
 namespace kr::testing {
 namespace {
@@ -23,7 +30,7 @@ constexpr CGFloat kSide = 400;
 class Theme : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    desktop_ = std::make_unique<Desktop>(DesktopParts{.display = true, .windowManager = true});
+    desktop_ = std::make_unique<Desktop>(DesktopParts{.display = true, .windowManager = true, .bus = true});
     @autoreleasepool {
       platform::prepareApplication();
       [NSApp finishLaunching];
@@ -106,10 +113,10 @@ class Theme : public ::testing::Test {
     return std::count(pixels.begin(), pixels.end(), color);
   }
 
+  static std::unique_ptr<Desktop> desktop_;
   NSWindow* window_ = nil;
 
  private:
-  static std::unique_ptr<Desktop> desktop_;
   NSAutoreleasePool* pool_;
 };
 
@@ -136,7 +143,7 @@ TEST_F(Theme, TheDefaultButtonIsFilledAndItsTitleIsReadableOnIt) {
   NSButton* button = addButton(@"\r");
   show();
   const std::vector<int> shown = pixels(button);
-  EXPECT_GT(count(shown, theme::kAccent), 1500);
+  EXPECT_GT(count(shown, theme::kLight.accent), 1500);
   EXPECT_EQ(std::count_if(shown.begin(), shown.end(), isDark), 0) << "the colour of other titles";
   [button setTitle:@""];
   const std::vector<int> untitled = pixels(button);
@@ -148,15 +155,15 @@ TEST_F(Theme, AnotherButtonIsNot) {
   NSButton* button = addButton(@"");
   show();
   const std::vector<int> shown = pixels(button);
-  EXPECT_EQ(count(shown, theme::kAccent), 0);
-  EXPECT_GT(count(shown, theme::kSurface), 1500);
+  EXPECT_EQ(count(shown, theme::kLight.accent), 0);
+  EXPECT_GT(count(shown, theme::kLight.surface), 1500);
 }
 
 TEST_F(Theme, ADefaultButtonThatCannotBePressedLooksLikeIt) {
   NSButton* button = addButton(@"\r");
   [button setEnabled:NO];
   show();
-  EXPECT_EQ(count(pixels(button), theme::kAccent), 0);
+  EXPECT_EQ(count(pixels(button), theme::kLight.accent), 0);
 }
 
 TEST_F(Theme, TheBarMovesWhileItRunsAndIsInvisibleWhenItDoesNot) {
@@ -165,7 +172,7 @@ TEST_F(Theme, TheBarMovesWhileItRunsAndIsInvisibleWhenItDoesNot) {
   [bar setIndeterminate:YES];
   platform::finishWindow(window_);
   show();
-  EXPECT_EQ(count(pixels([window_ contentView]), theme::kTrack), 0);
+  EXPECT_EQ(count(pixels([window_ contentView]), theme::kLight.track), 0);
   [bar startAnimation:nil];
   std::set<std::vector<int>> looks;
   for (int look = 0; look < 5; ++look) {
@@ -173,12 +180,12 @@ TEST_F(Theme, TheBarMovesWhileItRunsAndIsInvisibleWhenItDoesNot) {
     looks.insert(pixels([window_ contentView]));
   }
   EXPECT_GE(looks.size(), 4U);
-  EXPECT_GT(count(*looks.begin(), theme::kTrack), 500);
-  EXPECT_GT(count(*looks.begin(), theme::kAccent), 200);
+  EXPECT_GT(count(*looks.begin(), theme::kLight.track), 500);
+  EXPECT_GT(count(*looks.begin(), theme::kLight.bar), 200);
   [bar stopAnimation:nil];
   run(0.1);
-  EXPECT_EQ(count(pixels([window_ contentView]), theme::kTrack), 0);
-  EXPECT_EQ(count(pixels([window_ contentView]), theme::kAccent), 0);
+  EXPECT_EQ(count(pixels([window_ contentView]), theme::kLight.track), 0);
+  EXPECT_EQ(count(pixels([window_ contentView]), theme::kLight.bar), 0);
 }
 
 TEST_F(Theme, TheMenuShowsNowhereButItsKeysWork) {
@@ -262,6 +269,127 @@ TEST_F(Theme, ALabelThatLeavesOutTheMiddleDrawsTheEnd) {
   const std::vector<int> one = pixels(label);
   [label setStringValue:@"Beginning of a text that is too long, two"];
   EXPECT_NE(one, pixels(label));
+}
+
+// Of two colours, by the formula of the web's guidelines for accessible contents.
+double luminance(int color) {
+  const auto part = [&](int shift) {
+    const double value = (color >> shift & 0xFF) / 255.0;
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * part(16) + 0.7152 * part(8) + 0.0722 * part(0);
+}
+
+double contrast(int one, int other) {
+  const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
+  return (light + 0.05) / (dark + 0.05);
+}
+
+constexpr double kReadable = 4.5;
+
+TEST_F(Theme, EveryTextIsReadableInBothAppearances) {
+  EXPECT_NEAR(contrast(0x000000, 0xFFFFFF), 21, 0.01);
+  EXPECT_NEAR(contrast(0x777777, 0xFFFFFF), 4.48, 0.01);
+  for (const theme::Palette* set : {&theme::kLight, &theme::kDark}) {
+    for (const int ground : {set->window, set->surface}) {
+      for (const int text : {set->text, set->textSecondary, set->textDisabled}) {
+        EXPECT_GE(contrast(text, ground), kReadable) << std::hex << text << " on " << ground;
+      }
+    }
+    EXPECT_GE(contrast(set->text, set->surfacePressed), kReadable);
+    EXPECT_GE(contrast(set->text, set->selection), kReadable);
+    EXPECT_GE(contrast(set->accentText, set->accent), kReadable);
+    EXPECT_GE(contrast(set->accentText, set->accentPressed), kReadable);
+    // What is no text has to be told from its ground.
+    EXPECT_GE(contrast(set->bar, set->track), 3);
+    EXPECT_GE(contrast(set->focus, set->window), 3);
+    EXPECT_GE(contrast(set->focus, set->surface), 3);
+  }
+}
+
+// Contrast of the colour that most of the view has and the one that is farthest from it.
+double shownContrast(const std::vector<int>& shown) {
+  std::map<int, int> often;
+  for (const int pixel : shown) ++often[pixel];
+  const int ground = std::max_element(often.begin(), often.end(), [](const auto& one, const auto& other) {
+                       return one.second < other.second;
+                     })->first;
+  double most = 1;
+  for (const auto& [pixel, times] : often) most = std::max(most, contrast(pixel, ground));
+  return most;
+}
+
+TEST_F(Theme, EveryTextIsReadableOnTheScreen) {
+  NSTextField* plain = add<NSTextField>([NSTextField class], NSMakeRect(20, 120, 300, 24));
+  NSTextField* secondary = add<NSTextField>([NSTextField class], NSMakeRect(20, 160, 300, 24));
+  [secondary setTextColor:[NSColor colorWithCatalogName:@"System" colorName:@"secondaryLabelColor"]];
+  for (NSTextField* label : {plain, secondary}) {
+    [label setFont:[NSFont boldSystemFontOfSize:20]];
+    [label setStringValue:@"HIIIH"];
+  }
+  NSButton* primary = addButton(@"\r");
+  NSButton* other = addButton(@"");
+  [other setFrameOrigin:NSMakePoint(150, 20)];
+  NSButton* disabled = addButton(@"");
+  [disabled setFrameOrigin:NSMakePoint(20, 70)];
+  [disabled setEnabled:NO];
+  platform::finishWindow(window_);
+  show();
+  for (const BOOL dark : {NO, YES, NO}) {
+    [KRTheme useDark:dark];
+    run(0.1);
+    const theme::Palette& set = dark ? theme::kDark : theme::kLight;
+    EXPECT_EQ(pixels([window_ contentView]).front(), set.window);
+    EXPECT_GT(count(pixels(plain), set.text), 20) << dark;
+    EXPECT_GT(count(pixels(secondary), set.textSecondary), 20) << dark;
+    EXPECT_GT(count(pixels(primary), set.accent), 1500) << dark;
+    EXPECT_GT(count(pixels(other), set.surface), 1500) << dark;
+    for (NSView* view : {static_cast<NSView*>(plain), static_cast<NSView*>(secondary),
+                         static_cast<NSView*>(primary), static_cast<NSView*>(other)}) {
+      EXPECT_GE(shownContrast(pixels(view)), kReadable) << dark << toBytes([view description]);
+    }
+    EXPECT_GE(shownContrast(pixels(disabled)), kReadable - 0.5) << "thin strokes are mixed with their ground";
+  }
+}
+
+TEST_F(Theme, ATextThatIsFixedToTheLightAppearanceStaysLight) {
+  NSScrollView* scroll = add<NSScrollView>([NSScrollView class], NSMakeRect(20, 20, 300, 200));
+  [scroll setHasVerticalScroller:YES];
+  NSTextView* text = [[[NSTextView alloc] initWithFrame:NSMakeRect(0, 0, 300, 600)] autorelease];
+  [scroll setDocumentView:text];
+  platform::finishWindow(window_);
+  NSDictionary* bold = @{NSFontAttributeName : [NSFont boldSystemFontOfSize:24]};
+  [[text textStorage] setAttributedString:[[[NSAttributedString alloc] initWithString:@"HIII"
+                                                                           attributes:bold] autorelease]];
+  show();
+  [KRTheme useDark:YES];
+  run(0.1);
+  EXPECT_GT(count(pixels(text), theme::kDark.surface), 10000);
+  [text setAppearance:[NSAppearance appearanceNamed:NSAppearanceNameAqua]];
+  EXPECT_EQ(count(pixels(scroll), theme::kDark.surface), 0);
+  EXPECT_GT(count(pixels(scroll), theme::kLight.surface), 10000);
+  EXPECT_GT(count(pixels(text), theme::kLight.text), 20);
+  EXPECT_EQ(count(pixels([window_ contentView]), theme::kLight.window), 0) << "the window around it is dark";
+  [text setAppearance:nil];
+  EXPECT_GT(count(pixels(text), theme::kDark.surface), 10000);
+  [KRTheme useDark:NO];
+}
+
+TEST_F(Theme, FollowsTheDesktopWhileAWindowIsOpen) {
+  addButton(@"\r");
+  show();
+  SettingsPortal settings(desktop_->busAddress(), 1);
+  const auto looksDark = [&] {
+    run(0.05);
+    return pixels([window_ contentView]).front() == theme::kDark.window;
+  };
+  ASSERT_FALSE(looksDark());
+  settings.choose(1);
+  EXPECT_TRUE(eventually(looksDark));
+  EXPECT_TRUE(platform::services().desktopAppearance->isDark());
+  settings.choose(2);
+  EXPECT_TRUE(eventually([&] { return !looksDark(); }));
+  EXPECT_FALSE(platform::services().desktopAppearance->isDark());
 }
 
 TEST_F(Theme, AViewKeepsAnAppearanceAndLetsItGo) {
