@@ -32,6 +32,7 @@ NSImage* imageAt(NSString* path) {
 
 @interface InstallerWinController ()
 - (void)redirectLog;
+- (void)localizeWindow;
 - (void)prepareWindow;
 - (void)showIcon;
 - (void)showTexts;
@@ -85,7 +86,18 @@ NSImage* imageAt(NSString* path) {
   }
 }
 
+// The user-interface file is in English.
+- (void)localizeWindow {
+  [[self window] setTitle:kr::localized([[self window] title])];
+  for (NSTextField* field in @[ introField, explanationField ]) {
+    [field setStringValue:kr::localized([field stringValue])];
+  }
+  [cancelButton setTitle:kr::localized([cancelButton title])];
+  kr::localizeMenu([NSApp mainMenu]);
+}
+
 - (void)prepareWindow {
+  [self localizeWindow];
   kr::platform::finishWindow([self window]);
   [nameField setStringValue:@""];
   [tabView setTabViewType:NSNoTabsNoBorder];

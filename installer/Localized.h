@@ -1,7 +1,7 @@
-// Texts for the user. The English text is the key and the fallback. Any thread.
+// Texts for the user. The English text is the key and the fallback. Any thread, unless it says otherwise.
 #pragma once
 
-#import <Foundation/Foundation.h>
+#import <AppKit/AppKit.h>
 
 namespace kr {
 
@@ -14,5 +14,8 @@ namespace kr {
 
 // localized(), then filled().
 [[nodiscard]] NSString* localizedFormat(NSString* englishFormat, NSString* value);
+
+// Gives the items of a menu, and of the menus in it, the user's words for their English titles. Main thread.
+void localizeMenu(NSMenu* menu);
 
 }  // namespace kr

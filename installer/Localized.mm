@@ -15,6 +15,14 @@ NSString* filled(NSString* format, NSString* value) {
   return [NSString stringWithFormat:format, toDisplayText(value)];
 }
 
+void localizeMenu(NSMenu* menu) {
+  [menu setTitle:localized([menu title])];
+  for (NSMenuItem* item in [menu itemArray]) {
+    [item setTitle:localized([item title])];
+    if ([item hasSubmenu]) localizeMenu([item submenu]);
+  }
+}
+
 NSString* localizedFormat(NSString* englishFormat, NSString* value) {
   return filled(localized(englishFormat), value);
 }
