@@ -77,9 +77,11 @@ NSSize textSize(NSString* text, NSDictionary* attributes, CGFloat width) {
 
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view {
   NSAttributedString* whole = [self attributedStringValue];
-  if (![self wraps] || !kr::theme::needsOrder([whole string])) {
-    [super drawInteriorWithFrame:frame inView:view];
-    return;
+  if (![self wraps]) return [super drawInteriorWithFrame:frame inView:view];
+  if (!kr::theme::needsOrder([whole string])) {
+    // On a scaled display the last character of a full line can reach a little beyond its end.
+    frame.size.width -= kr::theme::kLabelInset;
+    return [super drawInteriorWithFrame:frame inView:view];
   }
   NSDictionary* attributes = [whole attributesAtIndex:0 effectiveRange:nullptr];
   const NSRect room = NSInsetRect(frame, kr::theme::kLabelInset, 0);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 #include "platform/DesktopAppearance.h"
 #include "platform/Services.h"
@@ -23,6 +24,26 @@ namespace kr::platform {
 namespace {
 
 constexpr const char* kEncodingVariable = "GNUSTEP_STRING_ENCODING";
+
+struct Fonts {
+  std::string_view language;
+  NSString* regular;
+  NSString* bold;
+};
+
+// Of the languages that the font of all others does not cover. The same characters have other forms in
+// Japanese, Korean and Chinese.
+const Fonts kFonts[] = {{"ar", @"DejaVuSans", @"DejaVuSans-Bold"},
+                        {"ja", @"NotoSansCJKjp-Regular", @"NotoSansCJKjp-Bold"},
+                        {"ko", @"NotoSansCJKkr-Regular", @"NotoSansCJKkr-Bold"},
+                        {"zh-Hans", @"NotoSansCJKsc-Regular", @"NotoSansCJKsc-Bold"}};
+const Fonts kOtherFonts{"", @"Inter-Regular", @"Inter-Bold"};
+
+const Fonts& fontsOfInterface() {
+  const auto found = std::find_if(std::begin(kFonts), std::end(kFonts),
+                                  [](const Fonts& fonts) { return fonts.language == interfaceLanguage(); });
+  return found == std::end(kFonts) ? kOtherFonts : *found;
+}
 
 // What the application registers before the toolkit reads it; the user's own settings win.
 NSDictionary* defaults() {
@@ -50,10 +71,10 @@ NSDictionary* defaults() {
          @"NSFont", @"NSUserFont", @"NSLabelFont", @"NSMessageFont", @"NSControlContentFont", @"NSMenuFont",
          @"NSToolTipsFont"
        ]) {
-    [values setObject:@"Inter-Regular" forKey:name];
+    [values setObject:fontsOfInterface().regular forKey:name];
   }
   for (NSString* name in @[ @"NSBoldFont", @"NSTitleBarFont", @"NSPaletteFont" ]) {
-    [values setObject:@"Inter-Bold" forKey:name];
+    [values setObject:fontsOfInterface().bold forKey:name];
   }
   return values;
 }

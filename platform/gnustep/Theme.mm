@@ -134,6 +134,12 @@ void frame(NSRect rect) {
   outline(path, palette().focus);
 }
 
+- (void)drawScrollViewRect:(NSRect)rect inView:(NSView*)view {
+  if ([static_cast<NSScrollView*>(view) borderType] == NSNoBorder) return;
+  [color(paletteFor(view).line) set];
+  NSFrameRect([view bounds]);
+}
+
 - (NSRect)drawGrayBezel:(NSRect)border withClip:(NSRect)clip {
   frame(border);
   return NSInsetRect(border, 1, 1);

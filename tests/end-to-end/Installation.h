@@ -37,7 +37,7 @@ class Installation : public ::testing::Test {
   void click(int x, int y, const std::string& held = {});
 
   // The middle of the Install button, in a window of the size that it always has.
-  static constexpr int kInstallX = 486;
+  static constexpr int kInstallX = 478;
   static constexpr int kInstallY = 367;
 
   // Identifiers of the installer's windows: its window, and a sheet on it.

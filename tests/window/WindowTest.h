@@ -49,6 +49,10 @@ class WindowTest : public ::testing::Test {
   // Presses a button as the user does, and lets the application answer.
   void press(NSButton* button);
 
+  // What is seen of the window, by the names of the outlets, from the top to the bottom and there from the
+  // left to the right.
+  [[nodiscard]] Lines visibleParts() const;
+
   [[nodiscard]] std::string title(NSButton* button) const;
   [[nodiscard]] std::string text(NSTextField* field) const;
   [[nodiscard]] NSInteger page() const;
@@ -57,6 +61,7 @@ class WindowTest : public ::testing::Test {
   ScratchFolder scratch_;
   platform::testing::FixedProgram program_;
   platform::testing::FixedFolders folders_;
+  platform::testing::FixedDesktopAppearance desktopAppearance_;
   platform::testing::FixedLoginItems loginItems_;
   platform::testing::FixedSystemVersion systemVersion_;
   platform::testing::InMemoryAlerts alerts_;
@@ -71,6 +76,7 @@ class WindowTest : public ::testing::Test {
  private:
   Desktop desktop_;
   ScopedVariable home_;
+  ScopedVariable language_{"LANGUAGE", "en"};
   NSAutoreleasePool* pool_;
   std::optional<platform::ScopedServices> services_;
 };

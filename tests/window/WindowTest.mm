@@ -31,6 +31,7 @@ WindowTest::WindowTest(bool withBus)
   set.alerts = &alerts_;
   set.applications = &applications_;
   set.clock = &clock_;
+  set.desktopAppearance = &desktopAppearance_;
   set.folders = &folders_;
   set.log = &log_;
   set.loginItems = &loginItems_;
@@ -97,6 +98,43 @@ void WindowTest::press(NSButton* button) {
   ASSERT_FALSE([button isHidden]);
   ASSERT_TRUE([button isEnabled]) << title(button);
   [button performClick:nil];
+}
+
+Lines WindowTest::visibleParts() const {
+  struct Part {
+    std::string name;
+    NSView* view;
+  };
+  const std::vector<Part> all{{"icon", controller_->iconField},
+                              {"name", controller_->nameField},
+                              {"checkmark", controller_->checkmarkField},
+                              {"intro", controller_->introField},
+                              {"path", controller_->pathField},
+                              {"explanation", controller_->explanationField},
+                              {"message", controller_->messageField},
+                              {"read-me", [controller_->readMeTextView enclosingScrollView]},
+                              {"progress", controller_->progressIndicator},
+                              {"help", controller_->helpButton},
+                              {"cancel", controller_->cancelButton},
+                              {"install", controller_->installButton}};
+  std::vector<std::pair<NSRect, std::string>> seen;
+  for (const Part& part : all) {
+    if ([part.view isHiddenOrHasHiddenAncestor] || [part.view window] == nil) continue;
+    // It is seen while it runs only.
+    if (part.view == controller_->progressIndicator && ![[part.view valueForKey:@"isRunning"] boolValue])
+      continue;
+    seen.emplace_back([part.view convertRect:[part.view bounds] toView:nil], part.name);
+  }
+  std::stable_sort(seen.begin(), seen.end(), [](const auto& one, const auto& other) {
+    // Parts stand beside each other when the middle of one is within the other.
+    if (NSMidY(one.first) > NSMinY(other.first) && NSMidY(one.first) < NSMaxY(other.first)) {
+      return NSMinX(one.first) < NSMinX(other.first);
+    }
+    return NSMidY(one.first) > NSMidY(other.first);
+  });
+  Lines names;
+  for (const auto& part : seen) names.push_back(part.second);
+  return names;
 }
 
 std::string WindowTest::title(NSButton* button) const {
