@@ -16,8 +16,6 @@ namespace {
 
 NSString* gInstallationInProgress;
 
-constexpr NSUInteger kOptionModifier = 0x80000;
-
 // Conditions of a question to the main thread, and how long it may take until it is looked whether it is
 // there.
 constexpr NSInteger kAsked = 0;
@@ -82,7 +80,7 @@ constexpr NSTimeInterval kPatience = 0.5;
 }
 
 - (void)readOption:(NSConditionLock*)question {
-  optionIsHeld = ([[NSApp currentEvent] modifierFlags] & kOptionModifier) != 0;
+  optionIsHeld = ([[NSApp currentEvent] modifierFlags] & kr::kOptionModifier) != 0;
   [question lock];
   [question unlockWithCondition:kAnswered];
 }

@@ -6,6 +6,13 @@
 
 #import <AppKit/AppKit.h>
 
+namespace kr {
+
+// Of an event, while the key is held that asks for administrator rights.
+inline constexpr NSUInteger kOptionModifier = 0x80000;
+
+}  // namespace kr
+
 @interface InstallerWinController : NSWindowController {
  @public
   IBOutlet NSTabView* tabView;  // page 0: read-me, page 1: install

@@ -220,6 +220,16 @@ NSImage* imageAt(NSString* path) {
   (void)[[[self window] standardWindowButton:NSWindowMiniaturizeButton] isEnabled];
 }
 
+// The key of a button is Return alone; with Option it is to press the same button.
+- (void)keyDown:(NSEvent*)event {
+  const bool isReturn = [[event charactersIgnoringModifiers] isEqualToString:@"\r"];
+  if (isReturn && ([event modifierFlags] & kr::kOptionModifier) != 0 && [installButton isEnabled]) {
+    [installButton performClick:self];
+  } else {
+    [super keyDown:event];
+  }
+}
+
 - (void)animateProgress:(id)start {
   if (start != nil) {
     [progressIndicator startAnimation:self];

@@ -6,7 +6,8 @@
 
 namespace kr::theme {
 
-// From now on the view is drawn light while it is fixed to the light appearance.
+// From now on the view is drawn light while it is fixed to the light appearance, and Tab passes over it while
+// it is in no window.
 void followAppearance(NSTextView* view);
 
 }  // namespace kr::theme

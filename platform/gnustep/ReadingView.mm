@@ -10,6 +10,11 @@
 
 @implementation KRReadingView
 
+// Tab would lead to it on a page that is not shown.
+- (BOOL)canBecomeKeyView {
+  return [self window] != nil && [super canBecomeKeyView];
+}
+
 - (void)drawRect:(NSRect)rect {
   const kr::theme::PaletteScope scope(kr::theme::paletteFor(self));
   [super drawRect:rect];
