@@ -1,9 +1,6 @@
 #import "platform/gnustep/ThemeColors.h"
 
-// What views keep of the appearance that they were given (ViewAppearance.mm).
-@interface NSView (KRAppearance)
-- (NSAppearance*)appearance;
-@end
+#import "platform/gnustep/Appearance.h"
 
 namespace kr::theme {
 namespace {
