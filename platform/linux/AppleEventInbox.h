@@ -33,8 +33,8 @@ class AppleEventInbox {
   // it has ended, there is nothing to wait for and no event comes.
   void open() noexcept;
 
-  // What to wait for. Nothing while the handler runs: who runs a loop in there is not woken by what has to wait
-  // for its end.
+  // What to wait for. Nothing while the handler runs: who runs a loop in there is not woken by what has to
+  // wait for its end.
   [[nodiscard]] std::optional<BusReadiness> readiness() const noexcept;
 
   // Takes what has come, one event after the other, until nothing is left or the time is up. Does nothing out

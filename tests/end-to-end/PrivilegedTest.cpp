@@ -142,7 +142,7 @@ TEST_F(PrivilegedInstallation, ADismissedDialogChangesNothingAndInstallMayBePres
   EXPECT_TRUE(eventually(
       [&] {
         press("Return");
-        return agent_->asked().size() == 2;
+        return agent_->asked().size() >= 2;  // a second press may come before the first has shown
       },
       30));
   EXPECT_FALSE(logHas(kError));

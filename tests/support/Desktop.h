@@ -48,8 +48,10 @@ class Desktop {
   void stopBus() { bus_.stop(); }
   void stopAccessibility() { accessibility_.stop(); }
 
-  // Stops the server's process in its tracks, for one, and lets it go on.
+  // Stops a server's process in its tracks, for one, and lets it go on.
   void signalDisplay(int number) const { server_.signal(number); }
+  void signalBus(int number) const { bus_.signal(number); }
+  [[nodiscard]] pid_t displayProcess() const { return server_.pid(); }
 
  private:
   void startDisplay();
