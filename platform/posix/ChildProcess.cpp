@@ -69,6 +69,7 @@ FileDescriptor copyOf(int stream) {
   return FileDescriptor(::fcntl(null.get(), F_DUPFD_CLOEXEC, kFirstOther));
 }
 
+// Valid as long as the texts are.
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
   std::vector<char*> result;
   result.reserve(texts.size() + 1);
@@ -110,7 +111,8 @@ std::error_code ChildProcess::start(const ChildSetup& setup) {
   }
   closeAllOthers(*actions.get(), *attributes.get());
   const std::vector<char*> words = pointers(setup.words);
-  const std::vector<char*> ownEnvironment = pointers(setup.environment.value_or(std::vector<std::string>{}));
+  std::vector<char*> ownEnvironment;
+  if (setup.environment) ownEnvironment = pointers(*setup.environment);
   const int error =
       spawnInFolder(pid_, setup.folder ? setup.folder->c_str() : nullptr, *actions.get(), *attributes.get(),
                     words.data(), setup.environment ? ownEnvironment.data() : environment());
