@@ -1,6 +1,6 @@
 // Desktop services with settable answers: folders, file systems, login items, the running program, who has
-// started it, its system, the look of the desktop, the user's input and wishes, the clipboard, the application
-// database.
+// started it, its system, the look of the desktop, the user's input and wishes, the clipboard, the
+// application database.
 #pragma once
 
 #include <atomic>
