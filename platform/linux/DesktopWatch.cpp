@@ -12,6 +12,10 @@ namespace {
 // A server that ends every connection is not asked again and again.
 constexpr std::chrono::seconds kReopenInterval{1};
 
+constexpr X11RootWatch::News kEverything{.windows = true, .active = true, .activeState = true};
+// No window is active any more.
+constexpr X11RootWatch::News kServerIsLost{.activeState = true};
+
 }  // namespace
 
 DesktopWatch& DesktopWatch::shared() {
@@ -57,15 +61,17 @@ void DesktopWatch::takeNews() {
   }
   if (!news.lost) return;
   close();
-  // Without a server no window is active.
-  tell({.activeState = true});
-  if (std::chrono::steady_clock::now() - openedAt_ >= kReopenInterval) reopen();
+  if (std::chrono::steady_clock::now() - openedAt_ >= kReopenInterval) {
+    reopen();
+  } else {
+    tell(kServerIsLost);
+  }
 }
 
 // What has changed in between is told now.
 void DesktopWatch::reopen() {
   open();
-  if (watch_) tell({.windows = true, .active = true, .activeState = true});
+  tell(watch_ ? kEverything : kServerIsLost);
 }
 
 void DesktopWatch::open() {
