@@ -1,6 +1,7 @@
 #import "library/utilities/KRUtilities.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #import "library/process/KRProcess.h"
 #import "platform/cocoa/Bridging.h"
@@ -12,6 +13,14 @@ namespace {
 
 class OtherPrograms : public UtilitiesFixture {
  protected:
+  // A script that does not start leaves its file.
+  ~OtherPrograms() override {
+    const std::string start = "script-output-" + std::to_string(::getpid()) + "-";
+    for (NSString* name in [[NSFileManager defaultManager] contentsOfDirectoryAtPath:@"/tmp" error:nullptr]) {
+      if (toBytes(name).starts_with(start)) ::unlink(("/tmp/" + toBytes(name)).c_str());
+    }
+  }
+
   [[nodiscard]] NSString* script(const std::string& text) const {
     const std::string path = folder.file("script", "#!/bin/sh\n" + text);
     ::chmod(path.c_str(), 0755);
