@@ -17,6 +17,8 @@
 #include <vector>
 
 #import "library/utilities/KRUtilities.h"
+#include "platform/Services.h"
+#include "platform/testing/RecordingLog.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/SettingsPortal.h"
 
@@ -58,6 +60,11 @@ double milliseconds(void (*code)()) {
 
 // In a program of its own. `server` is the process of an X server to stop after the first questions, or 0.
 void measure(const char* condition, pid_t server) {
+  // Some of them log, which is no part of the answer.
+  kr::platform::testing::RecordingLog log;
+  kr::platform::Services set = kr::platform::services();
+  set.log = &log;
+  const kr::platform::ScopedServices scope(set);
   // The class sets itself up when it is first used, which is no probe's.
   [KRUtilities class];
   std::vector<double> first;

@@ -46,9 +46,10 @@ class LaunchingProcess final : public Launcher {
   std::optional<std::string> signature() override {
     const pid_t launcher = launchingProcess();
     if (isStartOfUnit(launcher) || startsLoginItems(programName(launcher))) return kLoginItemLauncher;
-    const std::optional<SerialNumber> process = systemProcessTable().forPID(launcher);
-    const std::optional<ProcessRecord> record =
-        process ? systemProcessTable().record(*process) : std::nullopt;
+    // Signatures are those of bundles, so the windows of the desktop need not be asked for.
+    const std::optional<SerialNumber> process = procfs::serialNumber(launcher);
+    if (!process || !systemProcessTable().isNativePackage(*process)) return std::nullopt;
+    const std::optional<ProcessRecord> record = systemProcessTable().record(*process);
     return record ? std::optional(textFromCode(record->signature)) : std::nullopt;
   }
 };
