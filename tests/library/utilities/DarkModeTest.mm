@@ -2,6 +2,7 @@
 
 #include "platform/SystemServices.h"
 #import "tests/library/utilities/UtilitiesFixture.h"
+#include "tests/support/Desktop.h"
 
 namespace kr::testing {
 namespace {
@@ -30,6 +31,8 @@ class DarkMode : public UtilitiesFixture {
   }
 
  private:
+  // The one of whoever runs the test may be dark.
+  const Desktop noDesktop_{{.display = false}};
   std::optional<platform::ScopedServices> services_;
 };
 
