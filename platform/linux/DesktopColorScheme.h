@@ -13,8 +13,8 @@ namespace kr::platform {
 // Begins to ask the desktop, so that the answer may be there when it is wanted. Does not wait. Main thread.
 void askDesktopColorScheme();
 
-// Has a function called on the main thread whenever what desktopPrefersDark() answers may have changed. It must
-// not throw. Main thread.
+// Has a function called on the main thread whenever what desktopPrefersDark() answers may have changed. It
+// must not throw. Main thread.
 void onDesktopColorSchemeChange(std::function<void()> changed);
 
 }  // namespace kr::platform
