@@ -1,5 +1,5 @@
-// Mistakes that the analyser must find, each named at the end of its line. tools/check-macos builds this to see that the
-// analyser runs on the sources, and with which checks.
+// Mistakes that the analyser must find, each named at the end of its line. tools/check-macos builds this to
+// see that the analyser runs on the sources, and with which checks.
 #import <Foundation/Foundation.h>
 
 void leaksCoreFoundation() {
