@@ -49,7 +49,7 @@ constexpr NSTimeInterval kLongestStart = 0.45;
                                             backing:NSBackingStoreBuffered
                                               defer:NO];
   [window setReleasedWhenClosed:NO];
-  [window setTitle:@"Micro"];
+  [window setTitle:[[NSProcessInfo processInfo] processName]];
   [window setAlphaValue:0];
   [window makeKeyAndOrderFront:self];
   [NSApp activateIgnoringOtherApps:YES];
