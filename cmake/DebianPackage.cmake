@@ -56,6 +56,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What is not linked: the drawing of windows, their font, and what installations need of the system.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-inter, gnustep-back0.29-cairo")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "desktop-file-utils, libpulse0, libsndfile1, pkexec, polkitd, xkb-data")
+# The fonts of languages that the other one has no letters of.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "fonts-dejavu-core, fonts-noto-cjk")
 # Packs what has been built; the tests need not be.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 include(CPack)
