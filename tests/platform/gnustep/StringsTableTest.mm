@@ -178,6 +178,22 @@ TEST_F(StringsTable, IsTranslated) {
   }
 }
 
+TEST_F(StringsTable, QuotesWithTheMarksOfTheLanguage) {
+  for (const auto& [language, table] : tables_) {
+    if (language == "en") continue;
+    for (const auto& [key, text] : table) {
+      EXPECT_EQ(text.find('"'), std::string::npos) << language << ": " << text;
+      EXPECT_EQ(text.find('\''), std::string::npos) << language << ": " << text;
+      EXPECT_EQ(text.find("..."), std::string::npos) << language << ": " << text;
+    }
+  }
+  // The marks of French stand apart from what they enclose, and no line ends between them.
+  for (const auto& [key, text] : tables_.at("fr")) {
+    EXPECT_EQ(text.find("\u00AB "), std::string::npos) << text;
+    EXPECT_EQ(text.find(" \u00BB"), std::string::npos) << text;
+  }
+}
+
 TEST_F(StringsTable, HoldsNoTextThatNothingShows) {
   const std::string source = code();
   const std::set<std::string> words = interfaceWords();
