@@ -1,5 +1,7 @@
 #import "platform/gnustep/Appearance.h"
 
+#include <objc/runtime.h>
+
 #include "platform/DesktopAppearance.h"
 #include "platform/Services.h"
 #import "platform/cocoa/Bridging.h"
@@ -20,9 +22,39 @@ NSAppearance* desktopAppearance() {
   return kr::platform::services().desktopAppearance->isDark() ? dark : light;
 }
 
-// The appearance that was set to be the current one, retained, and the view that had the focus then.
-NSAppearance* gCurrent;
-const void* gFocusOfCurrent;
+// What was set to be the current appearance where nothing draws, and by the view that draws. Both retained.
+NSAppearance* gOutside;
+NSAppearance* gInFocus;
+// The view that has set the latter. Not owned: it is forgotten when the view gives up the focus.
+const void* gFocus;
+
+void assign(NSAppearance*& variable, NSAppearance* appearance) {
+  [appearance retain];
+  [variable release];
+  variable = appearance;
+}
+
+void keepInFocus(NSView* focus, NSAppearance* appearance) {
+  assign(gInFocus, appearance);
+  gFocus = appearance == nil ? nullptr : focus;
+}
+
+using UnlockFocus = void (*)(NSView*, SEL, BOOL);
+
+UnlockFocus gUnlockFocus;
+
+void unlockFocus(NSView* view, SEL selector, BOOL flush) {
+  if (view == gFocus) keepInFocus(nil, nil);
+  gUnlockFocus(view, selector, flush);
+}
+
+// All ways to give up the focus lead through one method.
+void noticeEndsOfDrawing() {
+  if (gUnlockFocus != nullptr) return;
+  Method method = class_getInstanceMethod([NSView class], @selector(unlockFocusNeedsFlush:));
+  gUnlockFocus =
+      reinterpret_cast<UnlockFocus>(method_setImplementation(method, reinterpret_cast<IMP>(unlockFocus)));
+}
 
 }  // namespace
 
@@ -45,18 +77,20 @@ const void* gFocusOfCurrent;
 // GNUstep's is the one that was set, whatever draws.
 + (NSAppearance*)currentAppearance {
   NSView* focus = [NSView focusView];
-  return focus == gFocusOfCurrent ? gCurrent : [focus effectiveAppearance];
+  if (focus == nil) return gOutside;
+  return focus == gFocus ? gInFocus : [focus effectiveAppearance];
 }
 
 // Whoever puts back what was in force in a view lets the view decide again.
 + (void)setCurrentAppearance:(NSAppearance*)appearance {
   NSView* focus = [NSView focusView];
-  const bool isTheViews =
-      focus != nil && [[appearance name] isEqualToString:[[focus effectiveAppearance] name]];
-  NSAppearance* previous = gCurrent;
-  gCurrent = isTheViews ? nil : [appearance retain];
-  gFocusOfCurrent = gCurrent == nil ? nullptr : focus;
-  [previous release];
+  if (focus == nil) {
+    assign(gOutside, appearance);
+    return;
+  }
+  noticeEndsOfDrawing();
+  const bool isTheViews = [[appearance name] isEqualToString:[[focus effectiveAppearance] name]];
+  keepInFocus(focus, isTheViews ? nil : appearance);
 }
 
 @end

@@ -120,6 +120,32 @@ TEST_F(Appearances, ThatAViewSetsAndPutsBackLeaveItFree) {
   EXPECT_EQ([NSAppearance currentAppearance], nil);
 }
 
+TEST_F(Appearances, ThatWereSetOutsideOutliveWhatAViewSets) {
+  KRWitness* view = add<KRWitness>([KRWitness class], NSMakeRect(0, 0, 100, 100));
+  [view setAppearance:dark_];
+  [NSAppearance setCurrentAppearance:dark_];
+  for (const BOOL putsBack : {YES, NO}) {
+    view->sets = light_;
+    view->putsBack = putsBack;
+    show();
+    EXPECT_EQ(view->seen, dark_);
+    EXPECT_EQ(view->after, light_);
+    EXPECT_EQ([NSAppearance currentAppearance], dark_) << putsBack;
+  }
+}
+
+TEST_F(Appearances, ThatAViewSetsEndWithItsDrawing) {
+  KRWitness* view = add<KRWitness>([KRWitness class], NSMakeRect(0, 0, 100, 100));
+  const NSUInteger count = [dark_ retainCount];
+  view->sets = dark_;
+  show();
+  EXPECT_EQ(view->after, dark_);
+  [view display];
+  EXPECT_EQ(name(view->seen), "NSAppearanceNameAqua");
+  EXPECT_EQ([NSAppearance currentAppearance], nil);
+  EXPECT_EQ([dark_ retainCount], count);
+}
+
 TEST_F(Appearances, OfAWindowAreLetGoWithIt) {
   const NSUInteger count = [dark_ retainCount];
   @autoreleasepool {
