@@ -1,7 +1,7 @@
 // What AppKit has for appearances and GNUstep lacks: the appearances of views, windows and the application,
 // and which of several names fits an appearance best. The current appearance is that of the view that draws,
-// until it sets another one for the rest of that drawing; outside of drawing it is what was set there, at first
-// none. Main thread.
+// until it sets another one for the rest of that drawing; outside of drawing it is what was set there, at
+// first none. Main thread.
 #pragma once
 
 #import <AppKit/AppKit.h>

@@ -15,6 +15,7 @@
 #import "platform/gnustep/Mirror.h"
 #import "platform/gnustep/ReadingView.h"
 #import "platform/gnustep/Theme.h"
+#import "platform/gnustep/ThemeNotice.h"
 #import "platform/gnustep/TruncatingLabel.h"
 #import "platform/gnustep/UserLanguages.h"
 #include "platform/gnustep/WindowServerLoss.h"
@@ -149,7 +150,11 @@ void prepareApplication() {
     askDesktopColorScheme();
     [NSApplication sharedApplication];
     [KRTheme installDark:services().desktopAppearance->isDark()];
-    onDesktopColorSchemeChange([] { [KRTheme useDark:services().desktopAppearance->isDark()]; });
+    onDesktopColorSchemeChange([] {
+      [KRTheme useDark:services().desktopAppearance->isDark()];
+      theme::announceChange();
+    });
+    theme::followAnnouncements();
     // Read by now; the programs that the application starts are to find their own.
     if (!encodingIsGiven) ::unsetenv(kEncodingVariable);
   }
