@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,14 +18,54 @@
 #import "platform/gnustep/Theme.h"
 #import "platform/gnustep/ThemeColors.h"
 #import "platform/gnustep/TruncatingLabel.h"
+#include "platform/testing/FixedDesktop.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/SettingsPortal.h"
+
+// A view that wants to know of changes between light and dark.
+@interface KRThemeListener : NSView {
+ @public
+  int changes;
+}
+@end
+
+@implementation KRThemeListener
+
+- (void)themeChanged:(NSNotification*)notification {
+  ++changes;
+}
+
+@end
 
 namespace kr::testing {
 namespace {
 
 constexpr CGFloat kSide = 400;
+NSString* const kThemeChanged = @"AppleInterfaceThemeChangedNotification";
+
+// A desktop that is light or dark as the test says, whatever other programs tell of the user's. Ends light.
+class DesktopLooks {
+ public:
+  DesktopLooks() {
+    platform::Services set = platform::services();
+    set.desktopAppearance = &appearance;
+    services_.emplace(set);
+  }
+  ~DesktopLooks() { use(false); }
+  DesktopLooks(const DesktopLooks&) = delete;
+  DesktopLooks& operator=(const DesktopLooks&) = delete;
+
+  void use(bool dark) {
+    appearance.dark = dark;
+    [KRTheme useDark:dark];
+  }
+
+  platform::testing::FixedDesktopAppearance appearance;
+
+ private:
+  std::optional<platform::ScopedServices> services_;
+};
 
 // A window on an X server of the program's own. The toolkit connects to one server in its life.
 class Theme : public ::testing::Test {
@@ -92,11 +133,12 @@ class Theme : public ::testing::Test {
   }
 
   // The colours that the view shows, as 0xRRGGBB, row by row.
-  static std::vector<int> pixels(NSView* view) {
+  static std::vector<int> pixels(NSView* view) { return pixels(view, [view visibleRect]); }
+
+  static std::vector<int> pixels(NSView* view, NSRect part) {
     [[view window] display];
     [view lockFocus];
-    NSBitmapImageRep* image =
-        [[[NSBitmapImageRep alloc] initWithFocusedViewRect:[view visibleRect]] autorelease];
+    NSBitmapImageRep* image = [[[NSBitmapImageRep alloc] initWithFocusedViewRect:part] autorelease];
     [view unlockFocus];
     std::vector<int> found;
     for (NSInteger y = 0; y < [image pixelsHigh]; ++y) {
@@ -298,12 +340,26 @@ TEST_F(Theme, EveryTextIsReadableInBothAppearances) {
     }
     EXPECT_GE(contrast(set->text, set->surfacePressed), kReadable);
     EXPECT_GE(contrast(set->text, set->selection), kReadable);
+    EXPECT_GE(contrast(set->textSecondary, set->selection), kReadable);
     EXPECT_GE(contrast(set->accentText, set->accent), kReadable);
     EXPECT_GE(contrast(set->accentText, set->accentPressed), kReadable);
     // What is no text has to be told from its ground.
     EXPECT_GE(contrast(set->bar, set->track), 3);
     EXPECT_GE(contrast(set->focus, set->window), 3);
     EXPECT_GE(contrast(set->focus, set->surface), 3);
+  }
+}
+
+TEST_F(Theme, EveryKindOfLabelIsInAColourOfTexts) {
+  for (NSString* name in
+       @[ @"labelColor", @"secondaryLabelColor", @"tertiaryLabelColor", @"quaternaryLabelColor" ]) {
+    const auto entry =
+        std::find_if(theme::kSystemColors.begin(), theme::kSystemColors.end(),
+                     [&](const theme::SystemColor& color) { return [color.name isEqualToString:name]; });
+    ASSERT_NE(entry, theme::kSystemColors.end()) << toBytes(name);
+    for (const theme::Palette* set : {&theme::kLight, &theme::kDark}) {
+      EXPECT_GE(contrast(set->*entry->value, set->window), kReadable) << toBytes(name);
+    }
   }
 }
 
@@ -335,8 +391,9 @@ TEST_F(Theme, EveryTextIsReadableOnTheScreen) {
   [disabled setEnabled:NO];
   platform::finishWindow(window_);
   show();
-  for (const BOOL dark : {NO, YES, NO}) {
-    [KRTheme useDark:dark];
+  DesktopLooks desktop;
+  for (const bool dark : {false, true, false}) {
+    desktop.use(dark);
     run(0.1);
     const theme::Palette& set = dark ? theme::kDark : theme::kLight;
     EXPECT_EQ(pixels([window_ contentView]).front(), set.window);
@@ -344,11 +401,15 @@ TEST_F(Theme, EveryTextIsReadableOnTheScreen) {
     EXPECT_GT(count(pixels(secondary), set.textSecondary), 20) << dark;
     EXPECT_GT(count(pixels(primary), set.accent), 1500) << dark;
     EXPECT_GT(count(pixels(other), set.surface), 1500) << dark;
-    for (NSView* view : {static_cast<NSView*>(plain), static_cast<NSView*>(secondary),
-                         static_cast<NSView*>(primary), static_cast<NSView*>(other)}) {
+    for (NSView* view : {plain, secondary}) {
       EXPECT_GE(shownContrast(pixels(view)), kReadable) << dark << toBytes([view description]);
     }
-    EXPECT_GE(shownContrast(pixels(disabled)), kReadable - 0.5) << "thin strokes are mixed with their ground";
+    // Without the edges of a button, and the window around them.
+    const auto inside = [](NSButton* button) { return pixels(button, NSInsetRect([button bounds], 8, 4)); };
+    for (NSButton* button : {primary, other}) {
+      EXPECT_GE(shownContrast(inside(button)), kReadable) << dark << toBytes([button description]);
+    }
+    EXPECT_GE(shownContrast(inside(disabled)), kReadable - 0.5) << "thin strokes are mixed with their ground";
   }
 }
 
@@ -362,7 +423,8 @@ TEST_F(Theme, ATextThatIsFixedToTheLightAppearanceStaysLight) {
   [[text textStorage] setAttributedString:[[[NSAttributedString alloc] initWithString:@"HIII"
                                                                            attributes:bold] autorelease]];
   show();
-  [KRTheme useDark:YES];
+  DesktopLooks desktop;
+  desktop.use(true);
   run(0.1);
   EXPECT_GT(count(pixels(text), theme::kDark.surface), 10000);
   [text setAppearance:[NSAppearance appearanceNamed:NSAppearanceNameAqua]];
@@ -372,7 +434,6 @@ TEST_F(Theme, ATextThatIsFixedToTheLightAppearanceStaysLight) {
   EXPECT_EQ(count(pixels([window_ contentView]), theme::kLight.window), 0) << "the window around it is dark";
   [text setAppearance:nil];
   EXPECT_GT(count(pixels(text), theme::kDark.surface), 10000);
-  [KRTheme useDark:NO];
 }
 
 TEST_F(Theme, FollowsTheDesktopWhileAWindowIsOpen) {
@@ -390,6 +451,38 @@ TEST_F(Theme, FollowsTheDesktopWhileAWindowIsOpen) {
   settings.choose(2);
   EXPECT_TRUE(eventually([&] { return !looksDark(); }));
   EXPECT_FALSE(platform::services().desktopAppearance->isDark());
+}
+
+TEST_F(Theme, TellsTheViewsThatHaveRegisteredOfTheDesktopsChange) {
+  KRThemeListener* view = add<KRThemeListener>([KRThemeListener class], NSMakeRect(0, 0, 10, 10));
+  NSDistributedNotificationCenter* center = [NSDistributedNotificationCenter defaultCenter];
+  [center addObserver:view selector:@selector(themeChanged:) name:kThemeChanged object:nil];
+  SettingsPortal settings(desktop_->busAddress(), 2);
+  settings.choose(1);
+  EXPECT_TRUE(eventually([&] {
+    run(0.05);
+    return view->changes > 0;
+  }));
+  [center removeObserver:view];
+  settings.choose(2);
+  EXPECT_TRUE(eventually([&] {
+    run(0.05);
+    return !platform::services().desktopAppearance->isDark();
+  }));
+}
+
+TEST_F(Theme, FollowsWhoeverTellsOfAChange) {
+  show();
+  DesktopLooks desktop;
+  desktop.appearance.dark = true;
+  [[NSDistributedNotificationCenter defaultCenter] postNotificationName:kThemeChanged
+                                                                 object:nil
+                                                               userInfo:nil
+                                                     deliverImmediately:YES];
+  EXPECT_TRUE(eventually([&] {
+    run(0.05);
+    return pixels([window_ contentView]).front() == theme::kDark.window;
+  }));
 }
 
 TEST_F(Theme, AViewKeepsAnAppearanceAndLetsItGo) {
