@@ -4,7 +4,7 @@
 
 #include "platform/Log.h"
 #include "platform/SystemServices.h"
-#import "platform/cocoa/Bridging.h"
+#import "platform/macos/FileText.h"
 
 namespace kr::platform {
 namespace {
@@ -15,25 +15,25 @@ class WorkspaceApplications final : public Applications {
  public:
   std::int32_t registerApplication(const std::string& path) override {
     @autoreleasepool {
-      return LSRegisterURL((CFURLRef)[NSURL fileURLWithPath:toNSString(path)], true);
+      return LSRegisterURL((CFURLRef)[NSURL fileURLWithPath:macos::cocoaText(path)], true);
     }
   }
 
   bool open(const std::string& path) override {
     @autoreleasepool {
-      return [[NSWorkspace sharedWorkspace] openFile:toNSString(path)] != NO;
+      return [[NSWorkspace sharedWorkspace] openFile:macos::cocoaText(path)] != NO;
     }
   }
 
   void openInBackground(const std::string& path) override {
     @autoreleasepool {
-      [NSTask launchedTaskWithLaunchPath:kOpener arguments:@[ toNSString(path) ]];
+      [NSTask launchedTaskWithLaunchPath:kOpener arguments:@[ macos::cocoaText(path) ]];
     }
   }
 
   bool openAddress(const std::string& address) override {
     @autoreleasepool {
-      NSURL* url = [NSURL URLWithString:toNSString(address)];
+      NSURL* url = [NSURL URLWithString:macos::cocoaText(address)];
       if (url != nil && [[NSWorkspace sharedWorkspace] openURL:url]) return true;
       log("could not open %@", address);
       return false;
@@ -42,7 +42,7 @@ class WorkspaceApplications final : public Applications {
 
   void noteFileSystemChanged(const std::string& path) override {
     @autoreleasepool {
-      [[NSWorkspace sharedWorkspace] noteFileSystemChanged:toNSString(path)];
+      [[NSWorkspace sharedWorkspace] noteFileSystemChanged:macos::cocoaText(path)];
     }
   }
 };

@@ -3,15 +3,20 @@
 #import <AppKit/AppKit.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "platform/Paths.h"
 #include "platform/SystemServices.h"
-#import "platform/cocoa/Bridging.h"
 #import "platform/macos/CocoaFailure.h"
+#import "platform/macos/FileText.h"
 #include "platform/posix/Files.h"
 
 namespace kr::platform {
 namespace {
+
+Failure noName(std::string action, const std::string& path) {
+  return {std::move(action), path, {EILSEQ, std::generic_category()}};
+}
 
 class CocoaFileOperations final : public FileOperations {
  public:
@@ -22,9 +27,12 @@ class CocoaFileOperations final : public FileOperations {
       // What stands there already is not ours to clear away after the failure.
       if (files::itemExists(destination))
         return Failure{"copy to", destination, {EEXIST, std::generic_category()}};
+      NSString* from = macos::exactPath(source);
+      if (from == nil) return noName("copy", source);
+      NSString* target = macos::exactPath(destination);
+      if (target == nil) return noName("copy to", destination);
       NSError* error = nil;
-      NSString* target = toNSString(destination);
-      if ([[NSFileManager defaultManager] copyItemAtPath:toNSString(source) toPath:target error:&error]) {
+      if ([[NSFileManager defaultManager] copyItemAtPath:from toPath:target error:&error]) {
         return std::nullopt;
       }
       Failure reason = macos::failure("copy", source, error);
@@ -35,13 +43,15 @@ class CocoaFileOperations final : public FileOperations {
 
   std::optional<Failure> recycle(const std::string& path) override {
     @autoreleasepool {
+      NSString* folder = macos::exactPath(paths::parent(path));
+      NSString* name = macos::exactPath(paths::lastComponent(path));
+      if (folder == nil || name == nil) return noName("move to the Trash", path);
       NSInteger tag = 0;
-      const BOOL moved =
-          [[NSWorkspace sharedWorkspace] performFileOperation:NSWorkspaceRecycleOperation
-                                                       source:toNSString(paths::parent(path))
-                                                  destination:@""
-                                                        files:@[ toNSString(paths::lastComponent(path)) ]
-                                                          tag:&tag];
+      const BOOL moved = [[NSWorkspace sharedWorkspace] performFileOperation:NSWorkspaceRecycleOperation
+                                                                      source:folder
+                                                                 destination:@""
+                                                                       files:@[ name ]
+                                                                         tag:&tag];
       if (moved) return std::nullopt;
       return Failure{"move to the Trash", path, {}};  // the workspace gives no reason
     }
@@ -49,16 +59,17 @@ class CocoaFileOperations final : public FileOperations {
 
   std::optional<Failure> removeTree(const std::string& path) override {
     @autoreleasepool {
+      NSString* item = macos::exactPath(path);
+      if (item == nil) return noName("delete", path);
       NSError* error = nil;
-      if ([[NSFileManager defaultManager] removeItemAtPath:toNSString(path) error:&error])
-        return std::nullopt;
+      if ([[NSFileManager defaultManager] removeItemAtPath:item error:&error]) return std::nullopt;
       return macos::failure("delete", path, error);
     }
   }
 
   bool isWritable(const std::string& path) override {
     @autoreleasepool {
-      return [[NSFileManager defaultManager] isWritableFileAtPath:toNSString(path)] != NO;
+      return [[NSFileManager defaultManager] isWritableFileAtPath:macos::cocoaText(path)] != NO;
     }
   }
 };

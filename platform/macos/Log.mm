@@ -3,7 +3,7 @@
 #import <Foundation/Foundation.h>
 
 #include "platform/SystemServices.h"
-#import "platform/cocoa/Bridging.h"
+#import "platform/macos/FileText.h"
 
 namespace kr::platform {
 namespace {
@@ -13,7 +13,7 @@ class SystemLog final : public LogSink {
   // The text is an argument and never the format: it may hold percent signs.
   void line(std::string_view text) noexcept override {
     @autoreleasepool {
-      NSLog(@"%@", toNSString(text));
+      NSLog(@"%@", macos::cocoaText(text));
     }
   }
 };

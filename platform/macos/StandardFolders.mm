@@ -4,6 +4,7 @@
 
 #include "platform/SystemServices.h"
 #import "platform/cocoa/Bridging.h"
+#import "platform/macos/FileText.h"
 
 namespace kr::platform {
 namespace {
@@ -28,7 +29,7 @@ class CocoaFolders final : public StandardFolders {
 
   std::string displayName(const std::string& path) override {
     @autoreleasepool {
-      return toBytes([[NSFileManager defaultManager] displayNameAtPath:toNSString(path)]);
+      return toBytes([[NSFileManager defaultManager] displayNameAtPath:macos::cocoaText(path)]);
     }
   }
 };
