@@ -4,14 +4,14 @@
 #import "library/utilities/KRUtilities.h"
 #include "library/utilities/SystemLevels.h"
 
-// The methods below that are newer than the deployment target are reached on systems that have them only.
-#pragma clang diagnostic ignored "-Wunguarded-availability-new"
-
 namespace {
 
 NSString* const kAquaKey = @"aquaColor";
 NSString* const kDarkAquaKey = @"darkAquaColor";
 
+// Reached from 10.14 on only.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wunguarded-availability-new"
 bool isDark(NSAppearance* appearance) {
   NSString* best =
       [appearance bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
@@ -23,6 +23,7 @@ bool contextIsDark() {
   return isDark(current != nil ? current
                                : [static_cast<id<KRAppearanceCustomization>>(NSApp) effectiveAppearance]);
 }
+#pragma clang diagnostic pop
 
 // Not every coder looks at the class that it is told to expect. Retained.
 NSColor* decodedColor(NSCoder* coder, NSString* key) {
@@ -64,10 +65,19 @@ NSColor* decodedColor(NSCoder* coder, NSString* key) {
 
 - (id)initWithCoder:(NSCoder*)coder {
   self = [super initWithCoder:coder];
-  if (self != nil) {
-    aquaColor = decodedColor(coder, kAquaKey);
-    darkAquaColor = decodedColor(coder, kDarkAquaKey);
+  if (self == nil) return nil;
+  NSColor* light = decodedColor(coder, kAquaKey);
+  NSColor* dark = decodedColor(coder, kDarkAquaKey);
+  if ([self isKindOfClass:[KRDynamicColor class]]) {
+    aquaColor = light;
+    darkAquaColor = dark;
+    return self;
   }
+  // A colour class may answer an object of another class, which has no room for the two.
+  [self release];
+  self = [[KRDynamicColor alloc] initWithAquaColor:light darkAquaColor:dark global:NO];
+  [light release];
+  [dark release];
   return self;
 }
 
@@ -254,9 +264,13 @@ NSColor* decodedColor(NSCoder* coder, NSString* key) {
   return [[self effectiveColor] blendedColorWithFraction:fraction ofColor:color];
 }
 
+// Older systems have nobody who would call it.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wunguarded-availability-new"
 - (NSColor*)colorWithSystemEffect:(NSColorSystemEffect)effect {
   return [[self effectiveColor] colorWithSystemEffect:effect];
 }
+#pragma clang diagnostic pop
 
 // What every object has; a colour of this class has no components of its own to tell it by.
 

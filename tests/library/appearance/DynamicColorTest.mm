@@ -1,5 +1,7 @@
 #import "library/appearance/KRDynamicColor.h"
 
+#import <objc/runtime.h>
+
 #import "platform/cocoa/Bridging.h"
 #import "tests/library/appearance/AppearanceFixture.h"
 
@@ -22,6 +24,33 @@
 
 namespace kr::testing {
 namespace {
+
+// For as long as it lives, a dynamic colour's base class answers this colour in the place of the one that is
+// decoded.
+class AnotherColorIsDecoded {
+ public:
+  explicit AnotherColorIsDecoded(NSColor* answer) {
+    answer_ = answer;
+    original_ = method_setImplementation(method(), reinterpret_cast<IMP>(initWithCoder));
+  }
+  ~AnotherColorIsDecoded() { method_setImplementation(method(), original_); }
+  AnotherColorIsDecoded(const AnotherColorIsDecoded&) = delete;
+  AnotherColorIsDecoded& operator=(const AnotherColorIsDecoded&) = delete;
+
+ private:
+  static Method method() { return class_getInstanceMethod([NSColor class], @selector(initWithCoder:)); }
+
+  static id initWithCoder(id self, SEL selector, NSCoder* coder) {
+    if (![self isKindOfClass:[KRDynamicColor class]]) {
+      return reinterpret_cast<id (*)(id, SEL, NSCoder*)>(original_)(self, selector, coder);
+    }
+    [self release];
+    return [answer_ retain];
+  }
+
+  static inline NSColor* answer_ = nil;
+  static inline IMP original_ = nullptr;
+};
 
 class DynamicColor : public AppearanceFixture {
  protected:
@@ -156,6 +185,22 @@ TEST_F(DynamicColor, DecodesColorsOnly) {
   KRDynamicColor* color = [unarchiver decodeObjectForKey:@"root"];
   ASSERT_TRUE([color isMemberOfClass:[KRDynamicColor class]]);
   EXPECT_EQ([color effectiveColor], nil);
+}
+
+TEST_F(DynamicColor, IsDecodedWhereTheBaseClassAnswersAnotherObject) {
+  NSData* data = encoded([KRDynamicColor lightColor:light_ darkColor:dark_]);
+  NSColor* other = [NSColor colorWithCalibratedWhite:0.5 alpha:1];
+  const NSUInteger others = [other retainCount];
+  KRDynamicColor* color = nil;
+  {
+    const AnotherColorIsDecoded whileDecoding(other);
+    color = decoded(data);
+  }
+  ASSERT_TRUE([color isMemberOfClass:[KRDynamicColor class]]);
+  EXPECT_TRUE([[color effectiveColor] isEqual:light_]);
+  drawInDark();
+  EXPECT_TRUE([[color effectiveColor] isEqual:dark_]);
+  EXPECT_EQ([other retainCount], others);
 }
 
 TEST_F(DynamicColor, LeavesTheCodingOfPlainColorsAlone) {
