@@ -4,10 +4,16 @@
 #   cpack --config build/macos/CPackConfig.cmake  a disk image with the product of KR_PRODUCT, which holds the installer
 #
 # Both are signed with the identity of KR_SIGN_IDENTITY, and the image is notarised with KR_NOTARY_PROFILE.
-set(KR_PRODUCT "${CMAKE_BINARY_DIR}/samples/1.0/Velmora Notes.app" CACHE PATH "The product that the disk image is made for")
+set(sample "${CMAKE_BINARY_DIR}/samples/1.0/Velmora Notes.app")
+set(KR_PRODUCT "${sample}" CACHE PATH "The product that the disk image is made for")
+set(KR_PRODUCT_ENTITLEMENTS "" CACHE FILEPATH "The entitlements to sign the product with; empty: it keeps its own")
 set(KR_SIGN_IDENTITY "" CACHE STRING "The identity to sign with, as codesign takes it; empty: nothing is signed")
 set(KR_NOTARY_PROFILE "" CACHE STRING "The keychain profile for notarytool; empty: nothing is notarised")
 
+set(entitlements "${KR_PRODUCT_ENTITLEMENTS}")
+if(NOT entitlements AND KR_PRODUCT STREQUAL sample)
+  set(entitlements "${CMAKE_SOURCE_DIR}/samples/notes/Notes.entitlements")
+endif()
 set(installer "${CMAKE_BINARY_DIR}/VelmoraInstaller.app")
 
 # kr_install_tool(COMPONENT FOLDER_ARGUMENT TOOL ARGUMENTS...): runs the tool, with the variables for signing, when the
@@ -15,7 +21,7 @@ set(installer "${CMAKE_BINARY_DIR}/VelmoraInstaller.app")
 function(kr_install_tool component folder_argument tool)
   set(words)
   set(command "${CMAKE_COMMAND}" -E env "KR_SIGN_IDENTITY=${KR_SIGN_IDENTITY}" "KR_NOTARY_PROFILE=${KR_NOTARY_PROFILE}"
-    "${CMAKE_SOURCE_DIR}/tools/${tool}")
+    "KR_PRODUCT_ENTITLEMENTS=${entitlements}" "${CMAKE_SOURCE_DIR}/tools/${tool}")
   foreach(word IN LISTS command ARGN)
     string(APPEND words " [[${word}]]")
   endforeach()

@@ -21,6 +21,18 @@ REQUIRED = {
 SENDS_EVENTS = {"NSAppleEventsUsageDescription": r".+"}
 
 
+# Without this entitlement the hardened runtime lets none through. Signing takes no file with a comment in it.
+ENTITLEMENTS = {"com.apple.security.automation.apple-events": True}
+
+
+def entitlement_complaints(path):
+    """What is wrong with the entitlements of a program that sends events."""
+    entitlements, found = read(path)
+    if entitlements != ENTITLEMENTS:
+        found.append(f"grants {entitlements}, not {ENTITLEMENTS}")
+    return found + (["has a comment"] if b"<!--" in path.read_bytes() else [])
+
+
 def read(path):
     """(dictionary, complaints) of a property list."""
     with open(path, "rb") as file:
