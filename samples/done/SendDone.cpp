@@ -9,9 +9,18 @@ namespace {
 
 using platform::AppleEvent;
 
-constexpr std::uint32_t kInstallerSignature = 0x566D496E;  // 'VmIn'
-constexpr std::uint32_t kDoneEventClass = 0x53696E53;      // 'SinS'
-constexpr std::uint32_t kDoneEventID = 0x446F6E65;         // 'Done'
+constexpr std::uint32_t code(std::string_view characters) {
+  std::uint32_t value = 0;
+  for (const char character : characters) value = value << 8 | static_cast<unsigned char>(character);
+  return value;
+}
+
+// What the installer is built with.
+constexpr std::string_view kSignature = KR_INSTALLER_SIGNATURE;
+static_assert(kSignature.size() == 4);
+constexpr std::uint32_t kInstallerSignature = code(kSignature);
+constexpr std::uint32_t kDoneEventClass = code("SinS");
+constexpr std::uint32_t kDoneEventID = code("Done");
 
 // No reply, never interact.
 constexpr std::int32_t kSendMode = 0x11;
