@@ -13,7 +13,12 @@ endfunction()
 # kr_draw_icon(LIST SVG NAME): the icon file NAME.icns, which both systems read; its path is appended to LIST.
 function(kr_draw_icon list svg name)
   set(sizes)
-  foreach(pixels 32 64 128 256 512)
+  set(widths 32 64 128 256 512)
+  if(APPLE)
+    # GNUstep decodes every size at each start, and shows none as large.
+    list(APPEND widths 1024)
+  endif()
+  foreach(pixels IN LISTS widths)
     kr_draw(sizes "${svg}" ${name}-${pixels} ${pixels})
   endforeach()
   set(icon "${CMAKE_CURRENT_BINARY_DIR}/${name}.icns")
