@@ -8,7 +8,7 @@ import struct
 import sys
 import tempfile
 
-from . import macho
+from . import headers, information, macho
 
 PROGRAM, TOOL = "Contents/MacOS/VelmoraInstaller", "Contents/Resources/train"
 INFORMATION, RESOURCES = "Contents/Info.plist", "Contents/Resources"
@@ -112,6 +112,11 @@ BREAKAGES = [
     ("a long signature", saying("CFBundleSignature", "VmInn"), "under CFBundleSignature"),
     ("events without a reason", saying("NSAppleEventsUsageDescription", None), "under NSAppleEventsUsageDescription"),
     ("another package type", writing("Contents/PkgInfo", b"BNDL????"), "PkgInfo says"),
+    ("a prompt that one language lacks", removing(RESOURCES + "/fr.lproj/InfoPlist.strings"), "fr.lproj has no InfoPlist"),
+    ("a prompt that is not translated", writing(RESOURCES + "/fr.lproj/InfoPlist.strings", b"/* nothing */"),
+     "does not translate NSAppleEventsUsageDescription"),
+    ("a translation of nothing", writing(RESOURCES + "/fr.lproj/InfoPlist.strings", b'"NSOther" = "Autre";'),
+     "translates NSOther"),
     ("an older system than the program's", saying("LSMinimumSystemVersion", "10.12"), "is for macOS"),
     ("no icon file", removing(RESOURCES + "/AppIcon.icns"), "has no icon file"),
     ("an icon file that is cut off", writing(RESOURCES + "/AppIcon.icns", b"icns\0\0\1\0"), "another length"),
@@ -124,6 +129,7 @@ BREAKAGES = [
     ("a tool that is text", writing(PROGRAM, b"#!/bin/sh\n"), "is no program"),
     ("no privileged tool", removing(TOOL), "has no train"),
     ("no picture", removing(RESOURCES + "/checkmark.png"), "has no checkmark"),
+    ("no picture for alerts", removing(RESOURCES + "/AlertStopIcon.png"), "has no AlertStopIcon"),
     ("no sound", removing(RESOURCES + "/Done.wav"), "has no Done"),
     ("another processor", patching(PROGRAM, packing("I", 4, 0x01000012)), "is for another processor"),
     ("a library instead of a program", patching(PROGRAM, packing("I", 12, 6)), "is no program"),
@@ -144,20 +150,57 @@ BREAKAGES = [
      r"lacks \+\[NSSound applicationSoundFiles\]"),
 ]
 
+PRODUCT_BREAKAGES = [
+    ("a product that sends events without a reason", saying("NSAppleEventsUsageDescription", None),
+     "under NSAppleEventsUsageDescription"),
+    ("a product without an icon", removing(RESOURCES + "/NotesIcon.icns"), "has no icon file"),
+]
 
-def run(check, bundle):
-    """0 when every broken copy leads to its complaint; the others are named."""
-    passed = 0
+
+def _broken(name, apply, expected, bundle, run):
+    """Whether the run complains as expected about a copy of the bundle that is broken so."""
     with tempfile.TemporaryDirectory() as scratch:
-        for name, apply, expected in BREAKAGES:
-            copy = pathlib.Path(scratch) / "VelmoraInstaller.app"
-            shutil.copytree(bundle, copy)
-            apply(copy)
-            complaints = check.run(copy).complaints
-            if any(re.search(expected, complaint) for complaint in complaints):
-                passed += 1
-            else:
-                print(f"macOS bundle: {name} leads to {complaints}, not to \"{expected}\"", file=sys.stderr)
-            shutil.rmtree(copy)
-    print(f"self-test: {passed} of {len(BREAKAGES)} broken bundles found")
-    return 0 if passed == len(BREAKAGES) else 1
+        copy = pathlib.Path(scratch) / pathlib.Path(bundle).name
+        shutil.copytree(bundle, copy)
+        apply(copy)
+        complaints = run(copy).complaints
+    if any(re.search(expected, complaint) for complaint in complaints):
+        return True
+    print(f"macOS bundle: {name} leads to {complaints}, not to \"{expected}\"", file=sys.stderr)
+    return False
+
+
+def _list_is_held(check, bundle):
+    """Whether a method that is taken off the list of what is published, and one that is put on it, lead to complaints."""
+    true_list, (gone, *rest) = check.published_list, sorted(headers.listed(check.published_list))
+    with tempfile.TemporaryDirectory() as scratch:
+        check.published_list = pathlib.Path(scratch) / "published"
+        check.published_list.write_text("\n".join(rest + ["-[KRProcess dance]"]), encoding="utf-8")
+        complaints = "\n".join(check.run(bundle).complaints)
+    check.published_list = true_list
+    held = f"does not list {gone}" in complaints and "lists -[KRProcess dance], which no header" in complaints
+    if not held:
+        print(f"macOS bundle: a wrong list of methods leads to {complaints}", file=sys.stderr)
+    return held
+
+
+def _entitlements_are_held():
+    """Whether entitlements with a comment, and without what they are to grant, lead to complaints."""
+    with tempfile.TemporaryDirectory() as scratch:
+        path = pathlib.Path(scratch) / "Some.entitlements"
+        path.write_bytes(plistlib.dumps({}) + b"<!-- why -->")
+        complaints = "\n".join(information.entitlement_complaints(path))
+    held = "grants {}" in complaints and "has a comment" in complaints
+    if not held:
+        print(f"macOS bundle: wrong entitlements lead to {complaints}", file=sys.stderr)
+    return held
+
+
+def run(check, bundle, *products):
+    """0 when every broken copy leads to its complaint; the others are named."""
+    found = [_broken(*breakage, bundle, check.run) for breakage in BREAKAGES]
+    for product in products:
+        found += [_broken(*breakage, product, check.run_product) for breakage in PRODUCT_BREAKAGES]
+    found += [_list_is_held(check, bundle), _entitlements_are_held()]
+    print(f"self-test: {sum(found)} of {len(found)} mistakes found")
+    return 0 if all(found) else 1

@@ -12,7 +12,7 @@ from .bindings import ANYWHERE, bindings
 RUNTIME = ("/usr/lib/libSystem.B.dylib", "/usr/lib/libc++.1.dylib", "/usr/lib/libc++abi.dylib")
 SYSTEM_FOLDERS = ("/System/Library/Frameworks/", "/usr/lib/")
 # Images that AppKit has under these names.
-SYSTEM_IMAGES = ("NSApplicationIcon", "AlertStopIcon")
+SYSTEM_IMAGES = ("NSApplicationIcon",)
 # Copies with administrator rights, so it loads nothing that it does not need.
 TOOL = "train"
 
@@ -40,14 +40,27 @@ class Check:
         self.sdk_folder = sdk
         self.objdump = objdump
         self.sdks = {}
+        self.published_list = pathlib.Path(__file__).parent / "published"
+
+    def run_product(self, folder):
+        """The report on the bundle of a product that tells the installer when it has started."""
+        report = Report()
+        self._sender(pathlib.Path(folder), "samples/notes/Notes.entitlements", report)
+        return report
 
     def run(self, folder):
         """The report on the installer's bundle in the folder, with the bundles inside it."""
         report = Report()
-        self._bundle(pathlib.Path(folder), information.REQUIRED | information.SENDS_EVENTS, report)
+        self._sender(pathlib.Path(folder), "resources/VelmoraInstaller.entitlements", report)
         self._published(pathlib.Path(folder), report)
         self._wanted(pathlib.Path(folder), report)
         return report
+
+    def _sender(self, folder, entitlements, report):
+        """An application that sends events to others."""
+        self._bundle(folder, information.REQUIRED | information.SENDS_EVENTS, report)
+        for complaint in information.entitlement_complaints(self.sources / entitlements):
+            report.wrong(entitlements, complaint)
 
     def _bundle(self, folder, required, report):
         contents = folder / "Contents"
@@ -62,6 +75,9 @@ class Check:
         for complaint in complaints + information.complaints(info, pkg_info, required):
             report.wrong(contents / "Info.plist", complaint)
         self._named_files(folder, info, report)
+        for language in sorted(folder.glob("Contents/Resources/*.lproj")):
+            if not (language / "InfoPlist.strings").is_file():
+                report.wrong(language, "has no InfoPlist.strings")
         for path in sorted(folder.rglob("*")):
             inner = path.relative_to(folder).parts
             if any(part.endswith(".app") for part in inner[:-1]):
@@ -107,6 +123,9 @@ class Check:
             for complaint in tables.strings_complaints(data):
                 report.wrong(path, complaint)
             report.count("strings tables", 1)
+            if path.name == "InfoPlist.strings":
+                for complaint in tables.information_complaints(data, info):
+                    report.wrong(path, complaint)
         if path.suffix == ".icns":
             for complaint in tables.icon_complaints(data):
                 report.wrong(path, complaint)
@@ -168,7 +187,8 @@ class Check:
             report.wrong(where, f"expects {symbol} of {library}, which does not have it")
 
     def _published(self, folder, report):
-        """Every published method is in the installer's program, which holds the whole library."""
+        """Every published method is in the installer's program, which holds the whole library, and the headers publish those
+        of the list and no others."""
         program = self._program(folder)
         images = macho.images(program.read_bytes()) if program.is_file() else []
         # Later systems have shorter lists of methods, which the other architecture may use.
@@ -178,18 +198,21 @@ class Check:
             return
         bound = {one.address: one.symbol for one in bindings(self.objdump, str(program), image)}
         present = objc.methods(image, bound)
-        count = 0
+        declared = set()
         for path in sorted(glob.glob(str(self.sources / "installer/*.h")) + glob.glob(str(self.sources / "library/*/*.h"))):
             if path.endswith("+Private.h"):
                 continue
             with open(path, encoding="utf-8") as file:
                 for sign, name, selector in headers.published(file.read()):
-                    count += 1
+                    declared.add(f"{sign}[{name} {selector}]")
                     if selector not in present[sign, name]:
                         report.wrong(program, f"lacks {sign}[{name} {selector}], which {os.path.basename(path)} publishes")
-        if count == 0:
-            report.wrong(self.sources, "has no header that publishes a method")
-        report.count("published methods", count)
+        listed = headers.listed(self.published_list)
+        for method in sorted(listed - declared):
+            report.wrong(self.published_list, f"lists {method}, which no header publishes")
+        for method in sorted(declared - listed):
+            report.wrong(self.published_list, f"does not list {method}, which a header publishes")
+        report.count("published methods", len(declared))
 
     def _wanted(self, folder, report):
         """Every resource that the code asks for by name is there."""

@@ -28,6 +28,13 @@ def _accessors(attributes, name):
         yield names.get("setter", "set" + name[0].upper() + name[1:] + ":")
 
 
+def listed(path):
+    """The methods in the list of all that are published, as "+[Class selector]"; "#" begins a comment."""
+    with open(path, encoding="utf-8") as file:
+        lines = [line.strip() for line in file]
+    return {line for line in lines if line and not line.startswith("#")}
+
+
 def published(text):
     """(sign, class, selector) of every method and property that a header declares for a class or category."""
     for name, body in INTERFACE.findall(COMMENT.sub("", text)):

@@ -17,28 +17,47 @@ def _placeholders(text):
 
 def strings_complaints(data):
     """What is wrong with the contents of a .strings file."""
+    return _read(data)[1]
+
+
+def entries(data):
+    """{key: value} of a .strings file, as they are written."""
+    return _read(data)[0]
+
+
+def _read(data):
+    """(entries, complaints)."""
     text = data.decode("utf-16" if data[:2] in (b"\xff\xfe", b"\xfe\xff") else "utf-8-sig")
     tokens, place = [], 0
     while place < len(text):
         found = TOKEN.match(text, place)
         if not found:
-            return [f"line {text.count(chr(10), 0, place) + 1} is no part of a strings table"]
+            return {}, [f"line {text.count(chr(10), 0, place) + 1} is no part of a strings table"]
         if found.lastgroup:
             tokens.append((found.group(), found.start()))
         place = found.end()
-    complaints, seen = [], set()
+    complaints, seen = [], {}
     while tokens:
         entry, tokens = tokens[:4], tokens[4:]
         line = text.count("\n", 0, entry[0][1]) + 1
         if len(entry) < 4 or entry[1][0] != "=" or entry[3][0] != ";":
-            return complaints + [f'line {line} is not of the form "key" = "value";']
+            return seen, complaints + [f'line {line} is not of the form "key" = "value";']
         key, value = entry[0][0].strip('"'), entry[2][0].strip('"')
         if key in seen:
             complaints.append(f"line {line} says again what {key} means")
-        seen.add(key)
+        seen[key] = value
         if set(_placeholders(value)) - set(_placeholders(key)):
             complaints.append(f"line {line} has placeholders that its key has not")
-    return complaints
+    return seen, complaints
+
+
+def information_complaints(data, information):
+    """What is wrong with an InfoPlist.strings of a bundle with this information dictionary: it translates every text that
+    macOS shows to people, and nothing that the dictionary has not."""
+    found = entries(data)
+    return ([f"does not translate {key}" for key in information
+             if key.endswith("UsageDescription") and not found.get(key)] +
+            [f"translates {key}, which the information dictionary has not" for key in found if key not in information])
 
 
 def icon_complaints(data):
@@ -58,4 +77,4 @@ def icon_complaints(data):
             complaints.append(f"has a picture of {width} by {height} pixels under {name}")
         widest = max(widest, width)
         place += length
-    return complaints + ([] if widest >= 512 else ["has no picture for large views"])
+    return complaints + ([] if widest >= 1024 else ["has no picture for large views"])
