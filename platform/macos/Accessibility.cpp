@@ -32,16 +32,16 @@ void notificationHandler(AXObserverRef, AXUIElementRef element, CFStringRef noti
 
 class ElementObserver final : public AccessibilityObserver {
  public:
-  // Takes part in the run loop from now on.
+  // Takes part in the main run loop from now on.
   ElementObserver(CFOwner<AXObserverRef> observer, AXUIElementRef element, Accessibility::Handler handler)
       : observer_(std::move(observer)),
         element_(static_cast<AXUIElementRef>(CFRetain(element))),
         handler_(std::move(handler)) {
-    CFRunLoopAddSource(CFRunLoopGetCurrent(), AXObserverGetRunLoopSource(observer_.get()),
+    CFRunLoopAddSource(CFRunLoopGetMain(), AXObserverGetRunLoopSource(observer_.get()),
                        kCFRunLoopCommonModes);
   }
   ~ElementObserver() override {
-    CFRunLoopRemoveSource(CFRunLoopGetCurrent(), AXObserverGetRunLoopSource(observer_.get()),
+    CFRunLoopRemoveSource(CFRunLoopGetMain(), AXObserverGetRunLoopSource(observer_.get()),
                           kCFRunLoopCommonModes);
   }
   ElementObserver(const ElementObserver&) = delete;

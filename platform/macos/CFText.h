@@ -20,7 +20,8 @@ namespace kr::macos {
 // The string of bytes in UTF-8; null for bytes that are not.
 [[nodiscard]] CFOwner<CFStringRef> string(std::string_view bytes);
 
-// The path that a file URL stands for, without a slash at the end; none for null and for other URLs.
+// The path that a file URL stands for, without a slash at the end; none for null and for URLs of other
+// schemes.
 [[nodiscard]] std::optional<std::string> path(CFURLRef location);
 
 }  // namespace kr::macos

@@ -26,7 +26,8 @@ CFOwner<CFStringRef> string(std::string_view bytes) {
 
 std::optional<std::string> path(CFURLRef location) {
   std::array<UInt8, PATH_MAX> bytes{};
-  if (location == nullptr || !CFURLGetFileSystemRepresentation(location, true, bytes.data(), bytes.size())) {
+  if (location == nullptr || ![(NSURL*)location isFileURL] ||
+      !CFURLGetFileSystemRepresentation(location, true, bytes.data(), bytes.size())) {
     return std::nullopt;
   }
   return std::string(reinterpret_cast<const char*>(bytes.data()));

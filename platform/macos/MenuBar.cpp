@@ -29,8 +29,14 @@ class CarbonMenuBar final : public MenuBar {
     std::vector<EventTypeSpec> types;
     types.reserve(events.size());
     for (const EventType event : events) types.push_back({event.eventClass, event.kind});
-    return InstallEventHandler(GetEventDispatcherTarget(), NewEventHandlerUPP(handle), types.size(),
-                               types.data(), nullptr, nullptr) == noErr;
+    const EventHandlerUPP entry = NewEventHandlerUPP(handle);
+    if (InstallEventHandler(GetEventDispatcherTarget(), entry, types.size(), types.data(), nullptr,
+                            nullptr) == noErr) {
+      return true;
+    }
+    DisposeEventHandlerUPP(entry);
+    installedHandler() = nullptr;
+    return false;
   }
 };
 

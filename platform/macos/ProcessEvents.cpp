@@ -5,6 +5,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/Log.h"
 #include "platform/SystemServices.h"
 
 namespace kr::platform {
@@ -27,8 +28,9 @@ class CarbonEvents final : public ProcessEvents {
   void start(Handler handler) override {
     handler_ = std::move(handler);
     // The reference is not kept: the handler lives as long as the program.
-    InstallEventHandler(GetApplicationEventTarget(), NewEventHandlerUPP(handle), kWatched.size(),
-                        kWatched.data(), &handler_, nullptr);
+    const OSStatus status = InstallEventHandler(GetApplicationEventTarget(), NewEventHandlerUPP(handle),
+                                                kWatched.size(), kWatched.data(), &handler_, nullptr);
+    if (status != noErr) log("cannot watch launches and ends of applications: %d", status);
   }
 
   void learn(SerialNumber) override {}
