@@ -7,7 +7,7 @@
 #include "platform/macos/CFText.h"
 #include "platform/macos/KernelTimes.h"
 #include "platform/macos/ProcessManager.h"
-#include "platform/macos/VersionResource.h"
+#include "platform/macos/ResourceFork.h"
 
 namespace kr::platform {
 namespace {

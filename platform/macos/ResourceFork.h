@@ -1,4 +1,4 @@
-// Reads the version resource of an application from before bundles.
+// What applications from before bundles keep in the resource forks of their files.
 #pragma once
 
 #include <CoreServices/CoreServices.h>

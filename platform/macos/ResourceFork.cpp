@@ -1,4 +1,4 @@
-#include "platform/macos/VersionResource.h"
+#include "platform/macos/ResourceFork.h"
 
 #include <mutex>
 
