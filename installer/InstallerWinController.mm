@@ -216,7 +216,8 @@ NSImage* imageAt(NSString* path) {
   } else {
     [KRUtilities openFile:path];
   }
-  // Whatever the button answers, the window stays as it is.
+  // A part of the action since it is there: the minimise button is asked. Whatever it answers, the window
+  // stays as it is.
   (void)[[[self window] standardWindowButton:NSWindowMiniaturizeButton] isEnabled];
 }
 
