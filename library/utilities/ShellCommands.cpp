@@ -2,11 +2,11 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <limits>
 
 #include "platform/Clock.h"
 #include "platform/Log.h"
@@ -65,8 +65,15 @@ void waitForEnd(posix::ChildProcess& child, const ShellScript& script, std::stri
   child.terminate();
 }
 
-std::optional<std::u16string> textOf(const std::string& path) {
-  const std::optional<std::string> bytes = files::contents(path, std::numeric_limits<ssize_t>::max());
+// As much as is there now: who has not ended may write on for ever.
+std::optional<std::string> bytesOf(const OutputFile& output) {
+  struct stat status {};
+  if (::fstat(output.descriptor(), &status) != 0) return std::nullopt;
+  return files::firstBytes(output.path(), static_cast<std::size_t>(status.st_size));
+}
+
+std::optional<std::u16string> textOf(const OutputFile& output) {
+  const std::optional<std::string> bytes = bytesOf(output);
   std::optional<std::u16string> text = bytes ? platform::utf16FromUTF8(*bytes) : std::nullopt;
   if (!text) log("error getting result: %@", bytes ? "not UTF-8" : posix::lastError().message());
   return text;
@@ -104,7 +111,7 @@ std::optional<std::u16string> runShellScript(const ShellScript& script) {
   // The file of a script that does not start stays, as it is published.
   if (const std::error_code error = child.start(setup)) return failed(name, "start " + path, error);
   waitForEnd(child, script, name);
-  std::optional<std::u16string> text = textOf(output.path());
+  std::optional<std::u16string> text = textOf(output);
   ::unlink(output.path().c_str());
   return text;
 }

@@ -211,6 +211,31 @@ TEST_F(Scripts, ThatWillNotEndAreNotWaitedFor) {
   EXPECT_TRUE(eventually([] { return hasNoChildren(); }));
 }
 
+// Whoever is not ended could write for ever. One attempt of several may be so slow that it grows too soon.
+TEST_F(Scripts, AnswerWhatWasThereWhenTheirTimeWasUp) {
+  const std::string path = script(
+      "trap 'truncate -s 128M /dev/stdout; exit' TERM\n"
+      "truncate -s 64M /dev/stdout; while :; do sleep 0.01; done");
+  bool asItWas = false;
+  for (int attempt = 0; attempt < 10 && !asItWas; ++attempt) {
+    const Text text = run(path, {}, 0.3);
+    ASSERT_TRUE(text);
+    asItWas = text->size() == 64UL << 20;
+    EXPECT_TRUE(eventually([] { return hasNoChildren(); }));
+  }
+  EXPECT_TRUE(asItWas);
+}
+
+TEST_F(Scripts, ThatWriteForEverAreNotReadForEver) {
+  const auto start = std::chrono::steady_clock::now();
+  const Text text = run(script("trap '' TERM; ulimit -f 4000000; echo $$; exec yes"), {}, 0.2);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  ASSERT_TRUE(text && !text->empty());
+  const std::u16string_view line = std::u16string_view(*text).substr(0, text->find(u'\n'));
+  ::kill(-std::stoi(std::string(line.begin(), line.end())), SIGKILL);
+  EXPECT_TRUE(eventually([] { return hasNoChildren(); }));
+}
+
 TEST_F(Scripts, AreEndedWithWhatTheyHaveStarted) {
   const Text text = run(script("sleep 60 & echo $!; wait"), {}, 0.3);
   ASSERT_TRUE(text && !text->empty());
