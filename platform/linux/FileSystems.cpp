@@ -5,23 +5,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <memory>
-#include <mutex>
-#include <system_error>
-#include <thread>
+#include <algorithm>
 
 #include "platform/Paths.h"
 #include "platform/SystemServices.h"
 #include "platform/linux/MountTable.h"
+#include "platform/linux/PatientQuestions.h"
 #include "platform/posix/Files.h"
 
 namespace kr::platform {
 namespace {
-
-// Who waits for a server that is gone waits for ever.
-constexpr std::chrono::milliseconds kPatience{40};
 
 std::vector<Mount> mountTable() {
   return parseMountTable(files::contents("/proc/self/mountinfo").value_or(""));
@@ -30,6 +23,7 @@ std::vector<Mount> mountTable() {
 struct Asked {
   int status = -1;
   std::uint64_t mount = 0;
+  std::string place;  // the path without links where the kernel does not tell the mount (before Linux 5.8)
 };
 
 // Of a file system only the kernel is asked, not who keeps its files.
@@ -38,31 +32,23 @@ Asked ask(const std::string& path) {
   Asked asked;
   asked.status = ::statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC, STATX_MNT_ID, &information);
   asked.mount = information.stx_mnt_id;
+  const bool tellsMount = (information.stx_mask & STATX_MNT_ID) != 0;
+  if (asked.status == 0 && !tellsMount) asked.place = files::resolved(path).value_or("");
   return asked;
 }
 
-// None when no answer comes in time, or nobody can wait for one. The thread that waits is given up.
-std::optional<Asked> askPatiently(const std::string& path) {
-  struct Question {
-    std::mutex mutex;
-    std::condition_variable answered;
-    std::optional<Asked> answer;
-  };
-  const auto question = std::make_shared<Question>();
-  const auto wait = [question, path] {
-    const Asked answer = ask(path);
-    const std::lock_guard lock(question->mutex);
-    question->answer = answer;
-    question->answered.notify_one();
-  };
-  try {
-    std::thread(wait).detach();
-  } catch (const std::system_error&) {
-    return std::nullopt;
-  }
-  std::unique_lock lock(question->mutex);
-  question->answered.wait_for(lock, kPatience, [&] { return question->answer.has_value(); });
-  return question->answer;
+FileSystemType answer(const std::vector<Mount>& table, const Asked& asked) {
+  if (asked.status != 0) return {.status = asked.status, .name = ""};
+  const Mount* mount = asked.place.empty() ? mountWithID(table, asked.mount) : mountOf(table, asked.place);
+  return {.status = 0, .name = mount != nullptr ? mount->type : ""};
+}
+
+// Here links are what aliases are elsewhere.
+std::optional<std::string> targetOfLink(const std::string& path) {
+  struct stat item {};
+  const std::string link(paths::withoutTrailingSlashes(path));
+  if (::lstat(link.c_str(), &item) != 0 || !S_ISLNK(item.st_mode)) return std::nullopt;
+  return files::resolved(link);
 }
 
 std::optional<std::string> userName() {
@@ -75,22 +61,22 @@ std::optional<std::string> userName() {
   return std::string(found->pw_name);
 }
 
+// A path may lead anywhere, by links and by "..": as long as a file system is mounted that may not answer, no
+// question is put without a limit to the time.
 class MountedFileSystems final : public FileSystems {
  public:
   FileSystemType type(const std::string& path) override {
     const std::vector<Mount> table = mountTable();
+    if (!someMayNotAnswer(table)) return answer(table, ask(path));
+    if (const auto asked = types_.ask(path, [path] { return ask(path); })) return answer(table, *asked);
     const Mount* byText = mountOf(table, path);
-    if (byText == nullptr || !mayNotAnswer(byText->type)) return answer(table, ask(path));
-    if (const std::optional<Asked> asked = askPatiently(path)) return answer(table, *asked);
+    if (byText == nullptr || !mayNotAnswer(byText->type)) return {.status = -1, .name = ""};
     return {.status = 0, .name = byText->type};
   }
 
-  // Here links are what aliases are elsewhere.
   std::optional<std::string> aliasTarget(const std::string& path) override {
-    struct stat item {};
-    const std::string link(paths::withoutTrailingSlashes(path));
-    if (::lstat(link.c_str(), &item) != 0 || !S_ISLNK(item.st_mode)) return std::nullopt;
-    return files::resolved(link);
+    if (!someMayNotAnswer(mountTable())) return targetOfLink(path);
+    return targets_.ask(path, [path] { return targetOfLink(path); }).value_or(std::nullopt);
   }
 
   // Desktops give every user a folder for volumes; what the machine's owner mounts lies beside them.
@@ -102,10 +88,13 @@ class MountedFileSystems final : public FileSystems {
   }
 
  private:
-  static FileSystemType answer(const std::vector<Mount>& table, const Asked& asked) {
-    const Mount* mount = asked.status == 0 ? mountWithID(table, asked.mount) : nullptr;
-    return {.status = asked.status, .name = mount != nullptr ? mount->type : ""};
+  static bool someMayNotAnswer(const std::vector<Mount>& table) {
+    return std::any_of(table.begin(), table.end(),
+                       [](const Mount& mount) { return mayNotAnswer(mount.type); });
   }
+
+  PatientQuestions<Asked> types_;
+  PatientQuestions<std::optional<std::string>> targets_;
 };
 
 }  // namespace

@@ -9,8 +9,8 @@
 namespace kr::platform {
 namespace {
 
-constexpr std::array<std::string_view, 9> kServed{"9p",    "afs", "ceph", "cifs", "coda",
-                                                  "ncpfs", "nfs", "nfs4", "smb3"};
+constexpr std::array<std::string_view, 12> kServed{"9p",     "afs",   "autofs", "ceph", "cifs", "coda",
+                                                   "lustre", "ncpfs", "nfs",    "nfs4", "smb3", "virtiofs"};
 constexpr std::string_view kByPrograms = "fuse";  // and "fuse.NAME", "fuseblk"
 
 std::string_view nextWord(std::string_view& line) {

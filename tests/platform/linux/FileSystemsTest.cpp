@@ -5,21 +5,25 @@
 #include <pwd.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <iterator>
 
 #include "platform/SystemServices.h"
 #include "platform/posix/FileDescriptor.h"
 #include "tests/support/Child.h"
+#include "tests/support/Eventually.h"
 #include "tests/support/Forked.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace kr::platform {
 namespace {
 
+using kr::testing::eventually;
 using kr::testing::inChild;
 using kr::testing::ScratchFolder;
 
@@ -70,25 +74,95 @@ TEST_F(MountedFileSystems, AreToldInTheCurrentFolderToo) {
   EXPECT_EQ(fileSystems.type("self").name, "proc");
 }
 
-// A file system whose program never answers, as a server that is gone.
-TEST_F(MountedFileSystems, ThatDoNotAnswerDoNotKeepAnybodyWaiting) {
-  if (::geteuid() != 0 || ::access("/dev/fuse", R_OK | W_OK) != 0) {
-    GTEST_SKIP() << "needs to mount a file system";
-  }
-  const std::string place = folder.folder("dead");
-  const int status = inChild([&] {
-    const posix::FileDescriptor device(::open("/dev/fuse", O_RDWR | O_CLOEXEC));
-    const std::string options = "fd=" + std::to_string(device.get()) + ",rootmode=40000,user_id=0,group_id=0";
-    if (::unshare(CLONE_NEWNS) != 0 || ::mount("", "/", "", MS_REC | MS_PRIVATE, "") != 0 ||
-        ::mount("dead", place.c_str(), "fuse.dead", 0, options.c_str()) != 0) {
-      return 2;
+// Beside a file system whose program never answers, as a server that is gone.
+class DeadFileSystem : public MountedFileSystems {
+ protected:
+  void SetUp() override {
+    if (::geteuid() != 0 || ::access("/dev/fuse", R_OK | W_OK) != 0) {
+      GTEST_SKIP() << "needs to mount a file system";
     }
-    const auto start = std::chrono::steady_clock::now();
-    const FileSystemType type = fileSystems.type(place + "/file");
-    if (std::chrono::steady_clock::now() - start > std::chrono::seconds(1)) return 3;
-    return type.status == 0 && type.name == "fuse.dead" ? 0 : 4;
-  });
-  EXPECT_EQ(status, 0) << WEXITSTATUS(status);
+  }
+
+  // Runs the check in a process that has it mounted and is ended when it does not come back. 0 is success.
+  template <class Check>
+  int besideIt(Check check) {
+    const int status = inChild([&] {
+      ::alarm(10);
+      const posix::FileDescriptor device(::open("/dev/fuse", O_RDWR | O_CLOEXEC));
+      const std::string options =
+          "fd=" + std::to_string(device.get()) + ",rootmode=40000,user_id=0,group_id=0";
+      if (::unshare(CLONE_NEWNS) != 0 || ::mount("", "/", "", MS_REC | MS_PRIVATE, "") != 0 ||
+          ::mount("dead", place.c_str(), "fuse.dead", 0, options.c_str()) != 0) {
+        return 100;
+      }
+      return check();
+    });
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  static bool isAbsent(const FileSystemType& type) { return type.status == -1 && type.name.empty(); }
+
+  std::string place = folder.folder("dead");
+};
+
+std::ptrdiff_t threadCount() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+TEST_F(DeadFileSystem, IsNamedByTheTextOfAPath) {
+  EXPECT_EQ(besideIt([&] {
+              const auto start = std::chrono::steady_clock::now();
+              const FileSystemType type = fileSystems.type(place + "/file");
+              if (std::chrono::steady_clock::now() - start > std::chrono::seconds(1)) return 1;
+              return type.status == 0 && type.name == "fuse.dead" ? 0 : 2;
+            }),
+            0);
+}
+
+TEST_F(DeadFileSystem, HasNoNameWhereOnlyTheDiskSaysThatAPathLeadsThere) {
+  std::filesystem::create_symlink(place + "/file", folder / "link");
+  folder.folder("other");
+  EXPECT_EQ(besideIt([&] {
+              if (!isAbsent(fileSystems.type(folder / "link"))) return 1;
+              if (!isAbsent(fileSystems.type(folder / "other/../dead/file"))) return 2;
+              if (!isAbsent(fileSystems.type("/" + place + "/file"))) return 3;
+              if (::chdir(folder.path().c_str()) != 0) return 4;
+              return isAbsent(fileSystems.type("dead/file")) ? 0 : 5;
+            }),
+            0);
+}
+
+TEST_F(DeadFileSystem, HasNoAliases) {
+  std::filesystem::create_symlink(place + "/file", folder / "link");
+  EXPECT_EQ(besideIt([&] {
+              if (fileSystems.aliasTarget(place + "/file")) return 1;
+              return fileSystems.aliasTarget(folder / "link") ? 2 : 0;
+            }),
+            0);
+}
+
+TEST_F(DeadFileSystem, LeavesTheOthersAsTheyAre) {
+  const std::string target = folder.file("target");
+  std::filesystem::create_symlink(target, folder / "link");
+  EXPECT_EQ(besideIt([&] {
+              // On a busy machine an answer may be late.
+              if (!eventually([&] { return fileSystems.type("/proc/self").name == "proc"; })) return 1;
+              if (!eventually([&] { return fileSystems.aliasTarget(folder / "link") == target; })) return 2;
+              return isAbsent(fileSystems.type(folder / "missing")) ? 0 : 3;
+            }),
+            0);
+}
+
+TEST_F(DeadFileSystem, IsAskedOnceAtATime) {
+  EXPECT_EQ(besideIt([&] {
+              const std::ptrdiff_t before = threadCount();
+              for (int i = 0; i < 5; ++i) {
+                static_cast<void>(fileSystems.type(place + "/file"));
+                static_cast<void>(fileSystems.aliasTarget(place + "/file"));
+              }
+              return static_cast<int>(threadCount() - before);
+            }),
+            2);
 }
 
 TEST_F(MountedFileSystems, AppearInTheFoldersOfDesktops) {

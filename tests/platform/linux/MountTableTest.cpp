@@ -70,8 +70,8 @@ TEST(MountTable, KeepsABackslashThatStartsNoNumber) {
 }
 
 TEST(MountTable, KnowsWhichFilesAreSomebodyElses) {
-  for (const char* type :
-       {"nfs", "nfs4", "cifs", "smb3", "9p", "afs", "ceph", "fuse", "fuse.sshfs", "fuseblk"}) {
+  for (const char* type : {"nfs", "nfs4", "cifs", "smb3", "9p", "afs", "autofs", "ceph", "lustre", "virtiofs",
+                           "fuse", "fuse.sshfs", "fuseblk"}) {
     EXPECT_TRUE(mayNotAnswer(type)) << type;
   }
   for (const char* type : {"ext4", "xfs", "btrfs", "tmpfs", "overlay", "nfsd", "vfat", ""}) {
