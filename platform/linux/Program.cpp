@@ -1,7 +1,10 @@
 #include "platform/Program.h"
 
+#include <unistd.h>
+
 #include "platform/Paths.h"
 #include "platform/SystemServices.h"
+#include "platform/linux/ProcFS.h"
 #include "platform/posix/Files.h"
 
 namespace kr::platform {
@@ -27,7 +30,7 @@ class RunningProgram final : public Program {
   }
 
   std::string bundlePath() override {
-    const std::string executable = files::resolved("/proc/self/exe").value_or("");
+    const std::string executable = procfs::executable(::getpid()).value_or("");
     std::string_view folder = paths::parent(executable);
     if (folder.ends_with(kExecutableFolder)) folder.remove_suffix(kExecutableFolder.size());
     return std::string(folder);
