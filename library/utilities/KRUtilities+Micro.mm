@@ -31,9 +31,8 @@ void handFocusBack(BOOL staysBehind) {
 @implementation KRUtilities (Micro)
 
 + (void)launchMicro:(BOOL)staysBehind {
-  if ([self fullScreenMode]) return;
   @try {
-    handFocusBack(staysBehind);
+    if (![self fullScreenMode]) handFocusBack(staysBehind);
   } @catch (NSException* exception) {
     kr::log("** Error while running Micro: %@", kr::toBytes([exception description]));
   }

@@ -108,5 +108,19 @@ TEST_F(Micro, ThatIsMissingIsLogged) {
   EXPECT_EQ(clock_.sleeps().size(), 0U);
 }
 
+BOOL raise(Class, SEL) {
+  [NSException raise:NSGenericException format:@"nobody knows"];
+  return NO;
+}
+
+TEST_F(Micro, ThatCannotAskForFullScreenModeLogsThatToo) {
+  const auto raising = ReplacedMethod::ofClass([KRUtilities class], @selector(fullScreenMode), raise);
+  [KRUtilities launchMicro:NO];
+  ASSERT_EQ(linesOfMicro().size(), 1U);
+  EXPECT_TRUE(linesOfMicro().front().starts_with("** Error while running Micro: "));
+  EXPECT_NE(linesOfMicro().front().find("nobody knows"), std::string::npos);
+  EXPECT_EQ(applications_.calls(), Lines{});
+}
+
 }  // namespace
 }  // namespace kr::testing
