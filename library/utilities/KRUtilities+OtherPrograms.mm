@@ -25,6 +25,7 @@ NSString* toNSString(const std::optional<std::u16string>& text) {
   if (parameters != nil) {
     script.parameters = kr::toByteStrings(parameters);
     script.parametersText = kr::toBytes([parameters description]);
+    if (script.parameters->size() != [parameters count]) script.fault = "a parameter is no string";
   }
   return toNSString(kr::runShellScript(script));
 }

@@ -28,11 +28,12 @@
 // Other programs. Any thread.
 @interface KRUtilities (OtherPrograms)
 
-// Starts the file at the path ("~" stands for the home folder) in the home folder, with nothing to read, and
-// answers what it has written to its standard output and error once it has ended. After `timeout` seconds it
-// is asked to end, and the answer is what it has written so far. nil when that is not UTF-8. The file has to
-// say by itself what interprets it; without parameters (nil) it is started without. One that cannot be
-// started has as its text that it has failed. Blocks for up to the time.
+// Starts the file at the path ("~" stands for the home folder, "~NAME" for another user's) in the home
+// folder, with nothing to read, and answers what it has written to its standard output and error once it has
+// ended. After `timeout` seconds it is asked to end, and the answer is what it has written so far. nil when
+// that is not UTF-8. The file has to say by itself what interprets it; without parameters (nil) it is started
+// without. One that cannot be started, or has a parameter that is no string, has as its text that it has
+// failed. Blocks for up to the time.
 + (NSString*)runShellScript:(NSString*)path
              withParameters:(NSArray*)parameters
                     timeout:(NSTimeInterval)timeout;

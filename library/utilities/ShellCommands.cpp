@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <exception>
 
 #include "platform/Clock.h"
 #include "platform/Log.h"
@@ -14,6 +16,7 @@
 #include "platform/Services.h"
 #include "platform/StandardFolders.h"
 #include "platform/UTF8Bytes.h"
+#include "platform/posix/Accounts.h"
 #include "platform/posix/ChildProcess.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/Files.h"
@@ -45,19 +48,31 @@ class OutputFile {
   std::error_code error_;
 };
 
-std::u16string failed(std::string_view name, const std::string& what, std::error_code error) {
-  const std::string reason = "could not " + what + ": " + error.message();
+std::u16string failed(std::string_view name, const std::string& reason) {
   return platform::utf16FromBytes(formatted("script %@ failed: %@", name, reason));
+}
+
+std::u16string failed(std::string_view name, const std::string& what, std::error_code error) {
+  return failed(name, "could not " + what + ": " + error.message());
+}
+
+// "~user" stands for that user's home folder, where there is such a user.
+std::string withoutTilde(const std::string& path, const std::string& home) {
+  const std::size_t end = std::min(path.find('/'), path.size());
+  if (!path.starts_with('~') || end == 1) return paths::expandingTilde(path, home);
+  const std::optional<std::string> other = posix::homeOf(path.substr(1, end - 1));
+  return other ? paths::joined(*other, path.substr(end)) : path;
 }
 
 void waitForEnd(posix::ChildProcess& child, const ShellScript& script, std::string_view name) {
   platform::Clock& clock = *platform::services().clock;
   const double start = clock.monotonicSeconds();
   while (child.isRunning()) {
-    // Narrowed as it is published.
+    // Time counts in single precision, which for some limits makes one poll more or less.
     const auto elapsed = static_cast<float>(clock.monotonicSeconds() - start);
     if (static_cast<double>(elapsed) > script.timeout) {
       log("script timeout: %@ %@", name, script.parametersText);
+      child.terminate();
       break;
     }
     clock.sleep(kPollInterval);
@@ -91,12 +106,11 @@ bool readToEnd(int pipe, std::string& bytes) {
   }
 }
 
-}  // namespace
-
-std::optional<std::u16string> runShellScript(const ShellScript& script) {
+std::optional<std::u16string> run(const ShellScript& script) {
   const std::string home = platform::services().folders->home();
-  const std::string path = paths::expandingTilde(script.path, home);
+  const std::string path = withoutTilde(script.path, home);
   const std::string_view name = paths::lastComponent(path);
+  if (script.fault) return failed(name, *script.fault);
   const OutputFile output;
   if (output.error()) return failed(name, "create " + output.path(), output.error());
   posix::ChildProcess child;
@@ -108,12 +122,22 @@ std::optional<std::u16string> runShellScript(const ShellScript& script) {
   if (script.parameters) {
     setup.words.insert(setup.words.end(), script.parameters->begin(), script.parameters->end());
   }
-  // The file of a script that does not start stays, as it is published.
+  // The file of a script that does not start stays.
   if (const std::error_code error = child.start(setup)) return failed(name, "start " + path, error);
   waitForEnd(child, script, name);
   std::optional<std::u16string> text = textOf(output);
   ::unlink(output.path().c_str());
   return text;
+}
+
+}  // namespace
+
+std::optional<std::u16string> runShellScript(const ShellScript& script) {
+  try {
+    return run(script);
+  } catch (const std::exception& error) {
+    return failed(paths::lastComponent(script.path), error.what());
+  }
 }
 
 CommandResult runShellCommand(const std::string& commandLine) {

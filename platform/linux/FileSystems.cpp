@@ -1,7 +1,6 @@
 #include "platform/FileSystems.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include "platform/SystemServices.h"
 #include "platform/linux/MountTable.h"
 #include "platform/linux/PatientQuestions.h"
+#include "platform/posix/Accounts.h"
 #include "platform/posix/Files.h"
 
 namespace kr::platform {
@@ -51,16 +51,6 @@ std::optional<std::string> targetOfLink(const std::string& path) {
   return files::resolved(link);
 }
 
-std::optional<std::string> userName() {
-  passwd entry{};
-  passwd* found = nullptr;
-  std::vector<char> buffer(1 << 14);
-  if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr) {
-    return std::nullopt;
-  }
-  return std::string(found->pw_name);
-}
-
 // A path may lead anywhere, by links and by "..": as long as a file system is mounted that may not answer, no
 // question is put without a limit to the time.
 class MountedFileSystems final : public FileSystems {
@@ -82,7 +72,7 @@ class MountedFileSystems final : public FileSystems {
   // Desktops give every user a folder for volumes; what the machine's owner mounts lies beside them.
   std::vector<std::string> volumeFolders() override {
     std::vector<std::string> folders;
-    if (const auto user = userName()) folders = {"/run/media/" + *user, "/media/" + *user};
+    if (const auto user = posix::ownUserName()) folders = {"/run/media/" + *user, "/media/" + *user};
     folders.insert(folders.end(), {"/media", "/mnt", "/Volumes"});
     return folders;
   }

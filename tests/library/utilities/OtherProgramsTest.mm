@@ -62,6 +62,12 @@ TEST_F(OtherPrograms, ThatAreNotThereSaySo) {
   EXPECT_EQ([KRUtilities runShellScript:script("printf '\\377'") withParameters:nil timeout:60], nil);
 }
 
+TEST_F(OtherPrograms, WithAParameterThatIsNoStringAreNotStarted) {
+  NSArray* parameters = @[ @"a", @7, @"c" ];
+  NSString* text = [KRUtilities runShellScript:script("echo run") withParameters:parameters timeout:60];
+  EXPECT_EQ(toBytes(text), "script script failed: a parameter is no string");
+}
+
 TEST_F(OtherPrograms, AreCommandLinesOfTheShell) {
   EXPECT_EQ(toBytes([KRUtilities shellCommandResult:@"echo a | tr a b"]), "b\n");
   EXPECT_EQ([KRUtilities shellCommandResult:@"printf '\\377'"], nil);

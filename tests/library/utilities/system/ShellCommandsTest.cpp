@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -10,6 +11,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <new>
 #include <thread>
 
 #include "platform/Services.h"
@@ -121,6 +123,20 @@ TEST_F(Scripts, RunInTheHomeFolderWithNothingToRead) {
 TEST_F(Scripts, AreFoundInTheHomeFolder) {
   std::filesystem::rename(script("echo at home"), home + "/script");
   EXPECT_EQ(run("~/script"), u"at home\n");
+}
+
+TEST_F(Scripts, AreFoundInTheHomeFolderOfAnotherUser) {
+  const passwd* other = ::getpwnam("daemon");
+  ASSERT_NE(other, nullptr);
+  const std::string there = std::string(other->pw_dir) + "/no-such-script";
+  const std::string start = "script no-such-script failed: could not start ";
+  const auto failed = [](const std::string& path) {
+    const Text text = run(path);
+    return text ? std::string(text->begin(), text->end()) : "none";
+  };
+  EXPECT_EQ(failed("~daemon/no-such-script"), start + there + ": No such file or directory");
+  EXPECT_EQ(failed("~no such user/no-such-script"),
+            start + "~no such user/no-such-script: No such file or directory");
 }
 
 TEST_F(Scripts, WriteIntoAFileThatIsGoneAfterwards) {
@@ -280,6 +296,27 @@ TEST_F(Scripts, NeedAHomeFolder) {
   folders.homeFolder = folder / "missing";
   const Text text = run(script("echo"));
   EXPECT_TRUE(text && text->starts_with(u"script script failed: ")) << "and nothing else to work in";
+}
+
+TEST_F(Scripts, ThatCannotBeStartedAsWantedAreNot) {
+  EXPECT_EQ(runShellScript({.path = script("echo run"), .fault = "not so", .timeout = kLong}),
+            u"script script failed: not so");
+}
+
+TEST_F(Scripts, FailWhereAServiceRaises) {
+  class NoFolders final : public platform::StandardFolders {
+   public:
+    std::string home() override { throw std::bad_alloc(); }
+    std::optional<std::string> localApplications() override { return {}; }
+    std::optional<std::string> userApplications() override { return {}; }
+    std::string displayName(const std::string&) override { return {}; }
+  };
+  NoFolders none;
+  platform::Services withNone = platform::services();
+  withNone.folders = &none;
+  const platform::ScopedServices scope(withNone);
+  const Text text = run("/folder/name");
+  EXPECT_TRUE(text && text->starts_with(u"script name failed: ") && text->size() > 20);
 }
 
 TEST_F(Scripts, MayLieAsDeepAsPathsReach) {
