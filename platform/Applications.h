@@ -17,8 +17,9 @@ class Applications {
   // started. Does not wait for what it started.
   [[nodiscard]] virtual bool open(const std::string& path) = 0;
 
-  // Hands a document to the program that opens documents on this desktop and returns at once: nobody hears
-  // whether it could be opened.
+  // Starts an application bundle, or hands a document to the program that opens such documents on this
+  // desktop, and returns at once: nobody hears whether it could be opened. A document on a disk or a desktop
+  // that does not answer may get lost when the caller's program ends.
   virtual void openInBackground(const std::string& path) = 0;
 
   // Opens an address ("https://...") with the program that is the user's choice for its scheme, which is

@@ -16,6 +16,7 @@
 #include "platform/SystemServices.h"
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PropertyLists.h"
+#include "platform/linux/BackgroundWork.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/DetachedProcess.h"
 #include "platform/linux/GLibOwner.h"
@@ -98,6 +99,7 @@ bool handOver(GAppInfo* application, const char* uri, GError** error) {
 }
 
 Reason openDocument(const std::string& path) {
+  if (!files::exists(path)) return "could not open " + path + ": it does not exist";
   const glib::Object<GFile> file(g_file_new_for_path(path.c_str()));
   GError* raw = nullptr;
   const glib::Object<GAppInfo> application(g_file_query_default_handler(file.get(), nullptr, &raw));
@@ -126,7 +128,6 @@ Reason startApplication(const std::string& bundlePath) {
 Reason openItem(const std::string& path) {
   @autoreleasepool {
     if (isApplication(path)) return startApplication(path);
-    if (!files::exists(path)) return "could not open " + path + ": it does not exist";
     return openDocument(path);
   }
 }
@@ -159,7 +160,16 @@ class DesktopApplications final : public Applications {
     return !reason;
   }
 
-  void openInBackground(const std::string& path) override { (void)openItem(path); }
+  // The way of a document leads over its disk and the bus, either of which may not answer.
+  void openInBackground(const std::string& path) override {
+    @autoreleasepool {
+      if (isApplication(path)) {
+        (void)startApplication(path);
+      } else {
+        workInBackground([path] { (void)openDocument(path); });
+      }
+    }
+  }
 
   bool openAddress(const std::string& address) override {
     const Reason reason = openWithHandler(address);

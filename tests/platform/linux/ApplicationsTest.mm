@@ -1,10 +1,12 @@
 #include "platform/Applications.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "platform/Clock.h"
@@ -135,7 +137,11 @@ TEST_F(DesktopApplications, ADocumentGoesToTheDefaultApplicationOfItsType) {
   const std::string document = scratch_.file("Read Me.txt", "plain words\n");
   applications_.openInBackground(document);
   EXPECT_EQ(started(), document);
-  EXPECT_EQ(::wait(nullptr), -1) << "it is no child of the caller";
+  const auto hasNoChild = [] {
+    siginfo_t child{};
+    return ::waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == -1 && errno == ECHILD;
+  };
+  EXPECT_TRUE(kr::testing::eventually(hasNoChild)) << "it is no child of the caller";
 }
 
 class AddressHandler : public DesktopApplications {
@@ -182,32 +188,83 @@ TEST_F(AddressHandler, ThatCannotBeStartedIsLoggedWithTheReason) {
   EXPECT_TRUE(log_.lines()[0].starts_with("could not open " + std::string(kAddress) + ": "));
 }
 
+// Hears what applications that are called by message are told.
+class Calls {
+ public:
+  explicit Calls(const kr::testing::ScratchFolder& folder) : seen_(folder / "seen") {
+    const std::string watch = folder.file(
+        "watch",
+        "#!/bin/sh\nexec dbus-monitor --session \"interface='org.freedesktop.Application'\" > \"$1\"\n");
+    ::chmod(watch.c_str(), 0755);
+    monitor_ = kr::testing::Child({watch, seen_});
+    EXPECT_TRUE(kr::testing::eventually([&] { return text().find("NameAcquired") != std::string::npos; }));
+  }
+
+  int about(const std::string& address) const {
+    const std::string all = text();
+    int found = 0;
+    for (std::size_t at = all.find(address); at != std::string::npos; at = all.find(address, at + 1)) ++found;
+    return found;
+  }
+
+ private:
+  std::string text() const { return files::contents(seen_).value_or(""); }
+
+  std::string seen_;
+  kr::testing::Child monitor_;
+};
+
 // The last thing that a program does may be to open an address.
 TEST_F(AddressHandler, ThatIsCalledByMessageHearsOfItFromAProgramThatEnds) {
   install("org.example.Browser", "Exec=/bin/false %u\nDBusActivatable=true\n");
   const kr::testing::Desktop desktop({.display = false, .bus = true});
-  const std::string seen = scratch_ / "seen";
-  const std::string watch = scratch_.file(
-      "watch",
-      "#!/bin/sh\nexec dbus-monitor --session \"interface='org.freedesktop.Application'\" > \"$1\"\n");
-  ::chmod(watch.c_str(), 0755);
-  kr::testing::Child monitor({watch, seen});
-  ASSERT_TRUE(kr::testing::eventually(
-      [&] { return files::contents(seen).value_or("").find("NameAcquired") != std::string::npos; }));
+  const Calls calls(scratch_);
   constexpr int kTimes = 10;
-  const auto calls = [&] {
-    const std::string text = files::contents(seen).value_or("");
-    int found = 0;
-    for (std::size_t at = text.find(kAddress); at != std::string::npos; at = text.find(kAddress, at + 1))
-      ++found;
-    return found;
-  };
   for (int i = 0; i < kTimes; ++i) {
     const int status =
         kr::testing::inChild([&] { return systemApplications().openAddress(kAddress) ? 0 : 1; });
     EXPECT_EQ(status, 0);
   }
-  EXPECT_TRUE(kr::testing::eventually([&] { return calls() == kTimes; }, 5)) << calls();
+  EXPECT_TRUE(kr::testing::eventually([&] { return calls.about(kAddress) == kTimes; }, 5))
+      << calls.about(kAddress);
+}
+
+class DocumentViewerCalledByMessage : public DesktopApplications {
+ protected:
+  DocumentViewerCalledByMessage() {
+    ::setenv("XDG_CONFIG_HOME", (scratch_ / "config").c_str(), 1);
+    scratch_.file("data/applications/org.example.Viewer.desktop",
+                  "[Desktop Entry]\nType=Application\nName=V\nMimeType=text/plain;\nExec=/bin/false %f\n"
+                  "DBusActivatable=true\n");
+    scratch_.file("config/mimeapps.list", "[Default Applications]\ntext/plain=org.example.Viewer.desktop\n");
+  }
+
+  // The wait status of a program that opens the document and ends; one that hangs is killed by a signal.
+  int openInProgram() {
+    return kr::testing::inChild([&] {
+      ::alarm(20);
+      systemApplications().openInBackground(document_);
+      std::exit(0);
+      return 1;
+    });
+  }
+
+  std::string document_ = scratch_.file("Manual.txt", "plain words\n");
+  kr::testing::Desktop desktop_{{.display = false, .bus = true}};
+};
+
+TEST_F(DocumentViewerCalledByMessage, HearsOfItInTheBackgroundFromAProgramThatEnds) {
+  const Calls calls(scratch_);
+  constexpr int kTimes = 10;
+  for (int i = 0; i < kTimes; ++i) EXPECT_EQ(openInProgram(), 0);
+  EXPECT_TRUE(kr::testing::eventually([&] { return calls.about("Manual.txt") == kTimes; }, 5))
+      << calls.about("Manual.txt");
+}
+
+TEST_F(DocumentViewerCalledByMessage, KeepsNobodyWaitingOnABusThatDoesNotAnswer) {
+  desktop_.signalBus(SIGSTOP);
+  EXPECT_EQ(openInProgram(), 0);
+  desktop_.signalBus(SIGCONT);
 }
 
 }  // namespace
