@@ -10,7 +10,7 @@
   NSWindow* window;
 }
 
-// `uptime` is the system's when the program was started.
+// `uptime` is the system's at the beginning of main(), when the program has been loaded.
 - (id)initWithStart:(NSTimeInterval)uptime;
 
 @end
