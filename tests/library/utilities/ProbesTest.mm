@@ -15,6 +15,7 @@ using platform::VersionPart;
 // Settings of this run alone, as words of the command line are.
 NSString* const kDomain = NSArgumentDomain;
 NSString* const kAddress = @"https://maker.example/downloads";
+constexpr const char* kUnsafeAddress = "http://maker.example/downloads";
 
 class Probes : public UtilitiesFixture {
  protected:
@@ -79,7 +80,7 @@ TEST_F(Probes, KnowWhoHasStartedTheProgram) {
 
 TEST_F(Probes, MakeAddressesSafeForAnOldSystem) {
   setSystem(12, 6);
-  EXPECT_EQ(toBytes([KRUtilities safeHTTPS:kAddress]), "http://maker.example/downloads");
+  EXPECT_EQ(toBytes([KRUtilities safeHTTPS:kAddress]), kUnsafeAddress);
   EXPECT_EQ([KRUtilities safeHTTPS:@"ftp://maker.example"], @"ftp://maker.example");
   EXPECT_EQ([KRUtilities safeHTTPS:nil], nil);
 }
@@ -96,13 +97,13 @@ TEST_F(Probes, TakeTheUsersWordForWhatAnOldSystemIs) {
   setFirstSystem(@"101200");
   EXPECT_EQ([KRUtilities safeHTTPS:kAddress], kAddress) << "as it is typed on a command line";
   setFirstSystem(@101201);
-  EXPECT_NE([KRUtilities safeHTTPS:kAddress], kAddress);
+  EXPECT_EQ(toBytes([KRUtilities safeHTTPS:kAddress]), kUnsafeAddress);
   setFirstSystem(@5);
-  EXPECT_NE([KRUtilities safeHTTPS:kAddress], kAddress);
+  EXPECT_EQ(toBytes([KRUtilities safeHTTPS:kAddress]), kUnsafeAddress);
   setFirstSystem(@110000);
-  EXPECT_NE([KRUtilities safeHTTPS:kAddress], kAddress);
+  EXPECT_EQ(toBytes([KRUtilities safeHTTPS:kAddress]), kUnsafeAddress);
   setFirstSystem(@[ @101200 ]);
-  EXPECT_NE([KRUtilities safeHTTPS:kAddress], kAddress);
+  EXPECT_EQ(toBytes([KRUtilities safeHTTPS:kAddress]), kUnsafeAddress);
 }
 
 TEST_F(Probes, TellADebugger) {
