@@ -21,6 +21,7 @@
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/Files.h"
 #include "platform/posix/LastError.h"
+#include "platform/posix/Pipe.h"
 
 namespace kr {
 namespace {
@@ -141,19 +142,15 @@ std::optional<std::u16string> runShellScript(const ShellScript& script) {
 }
 
 CommandResult runShellCommand(const std::string& commandLine) {
-  int ends[2];
-  if (::pipe(ends) != 0) return {.output = {}, .error = posix::lastError()};
-  const posix::FileDescriptor reading(ends[0]);
-  posix::FileDescriptor writing(ends[1]);
-  ::fcntl(reading.get(), F_SETFD, FD_CLOEXEC);
-  ::fcntl(writing.get(), F_SETFD, FD_CLOEXEC);
+  posix::Pipe pipe;
+  if (const std::error_code error = posix::makePipe(pipe)) return {.output = {}, .error = error};
   posix::ChildProcess child;
-  const std::error_code error =
-      child.start({.words = {kShell, "-c", commandLine}, .input = STDIN_FILENO, .output = writing.get()});
+  const std::error_code error = child.start(
+      {.words = {kShell, "-c", commandLine}, .input = STDIN_FILENO, .output = pipe.writing.get()});
   if (error) return {.output = {}, .error = error};
-  writing.reset();
+  pipe.writing.reset();
   std::string bytes;
-  if (!readToEnd(reading.get(), bytes)) return {};
+  if (!readToEnd(pipe.reading.get(), bytes)) return {};
   return {.output = platform::utf16FromUTF8(bytes), .error = {}};
 }
 

@@ -9,8 +9,8 @@
 
 #include <cerrno>
 
-#include "platform/posix/FileDescriptor.h"
 #include "platform/posix/LastError.h"
+#include "platform/posix/Pipe.h"
 
 namespace kr::platform {
 namespace {
@@ -65,20 +65,18 @@ std::error_code startDetached(const std::vector<std::string>& words, const std::
   for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
   pointers.push_back(nullptr);
 
-  int ends[2];
-  if (::pipe2(ends, O_CLOEXEC) != 0) return lastError();
-  const posix::FileDescriptor reading(ends[0]);
-  posix::FileDescriptor writing(ends[1]);
+  posix::Pipe pipe;
+  if (const std::error_code error = posix::makePipe(pipe)) return error;
 
   const pid_t child = ::fork();
   if (child < 0) return lastError();
-  if (child == 0) becomeParentOfProgram(pointers.data(), folder.c_str(), writing.get());
-  writing.reset();
+  if (child == 0) becomeParentOfProgram(pointers.data(), folder.c_str(), pipe.writing.get());
+  pipe.writing.reset();
 
   int status = 0;
   uninterrupted([&] { return ::waitpid(child, &status, 0); });
   int error = 0;
-  const ssize_t count = uninterrupted([&] { return ::read(reading.get(), &error, sizeof error); });
+  const ssize_t count = uninterrupted([&] { return ::read(pipe.reading.get(), &error, sizeof error); });
   return count == sizeof error ? std::error_code(error, std::generic_category()) : std::error_code();
 }
 
