@@ -1,4 +1,4 @@
-// What the system says about programs that keep the keyboard to themselves. Any thread.
+// What the system says about programs that keep the keyboard to themselves. Main thread.
 #pragma once
 
 #include <optional>

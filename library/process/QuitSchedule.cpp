@@ -13,7 +13,8 @@ namespace {
 
 constexpr double kBetweenRequests = 0.001;
 
-// One of the two ways to end an application, with its published log lines.
+// One of the two ways to end an application, with its log lines.
+// one stays.
 struct Phase {
   bool (platform::RunningApplication::*request)();
   std::string_view stopped;     // the request found nobody to take it

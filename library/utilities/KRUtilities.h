@@ -25,7 +25,7 @@
 
 @end
 
-// Other programs. Any thread.
+// Other programs. Any thread, unless a method says otherwise.
 @interface KRUtilities (OtherPrograms)
 
 // Starts the file at the path ("~" stands for the home folder, "~NAME" for another user's) in the home
@@ -47,7 +47,7 @@
 + (void)openFile:(NSString*)path;
 
 // The applications that keep the keyboard to themselves, as KRProcess objects; nil when there is none, and
-// where the system does not tell (on Linux).
+// where the system does not tell (on Linux). Main thread.
 + (NSArray*)secureInputProcesses;
 
 @end

@@ -23,7 +23,7 @@ class MenuBarMonitor {
 
  private:
   bool isInstalled_ = false;
-  std::uint8_t menuBarIsShown_ = 0;  // 1 while the menu bar is hidden: the name is the published one
+  std::uint8_t menuBarIsShown_ = 0;  // 1 while the menu bar is hidden, in spite of the name
 };
 
 }  // namespace kr

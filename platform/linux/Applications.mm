@@ -26,7 +26,7 @@
 namespace kr::platform {
 namespace {
 
-// What the system of the published log texts answers for a bundle that is no application.
+// What macOS answers for a bundle that is no application.
 constexpr std::int32_t kNotAnApplication = -10811;
 
 constexpr std::string_view kExtension = "app";

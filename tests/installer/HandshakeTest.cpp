@@ -25,7 +25,7 @@ class Handshake : public ::testing::Test {
   platform::ScopedServices services_;
 };
 
-TEST_F(Handshake, TheEventHasThePublishedCodes) {
+TEST_F(Handshake, TheEventHasTheCodesThatProductsSend) {
   EXPECT_EQ(kDoneEventClass, codeFromText("SinS"));
   EXPECT_EQ(kDoneEventID, codeFromText("Done"));
 }

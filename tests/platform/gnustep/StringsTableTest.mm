@@ -17,7 +17,7 @@
 namespace kr {
 namespace {
 
-// The published texts of the application.
+// The texts of the application.
 constexpr std::array kTexts{
     "Continue",
     "Install",
