@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace kr::platform {
 
@@ -20,10 +21,31 @@ struct FreeX11 {
 template <class Type>
 using X11Reply = std::unique_ptr<Type, FreeX11>;
 
+namespace x11 {
+
+// The reply to a request, to be freed; null when there is none before the deadline. It is not waited for any
+// longer, and thrown away when it comes.
+[[nodiscard]] void* anyReplyBefore(xcb_connection_t* connection, unsigned int request,
+                                   std::chrono::steady_clock::time_point deadline);
+
+// The same for a request whose reply has this type.
+template <class Type>
+[[nodiscard]] X11Reply<Type> replyBefore(xcb_connection_t* connection, unsigned int request,
+                                         std::chrono::steady_clock::time_point deadline) {
+  return X11Reply<Type>(static_cast<Type*>(anyReplyBefore(connection, request, deadline)));
+}
+
+// The number of a name: two steps, so that several names take one round trip. None without an answer.
+[[nodiscard]] xcb_intern_atom_cookie_t askForAtom(xcb_connection_t* connection, std::string_view name);
+[[nodiscard]] xcb_atom_t atom(xcb_connection_t* connection, xcb_intern_atom_cookie_t asked);
+
+}  // namespace x11
+
 // One working connection and what every request needs to know of the server.
 class X11Session {
  public:
-  // Null where there is no server at DISPLAY.
+  // Null where there is no server at DISPLAY, or none that answers within a second. While an attempt goes on
+  // that took longer, further ones at the same DISPLAY do not wait. Any thread.
   [[nodiscard]] static std::unique_ptr<X11Session> open();
   ~X11Session();
   X11Session(const X11Session&) = delete;
@@ -44,6 +66,7 @@ class X11Session {
 
  private:
   explicit X11Session(xcb_connection_t* connection, int screen) : connection_(connection), screen_(screen) {}
+  static std::unique_ptr<X11Session> connect(const std::string& display);
   bool prepare();
 
   xcb_connection_t* connection_;

@@ -1,5 +1,6 @@
 #include "platform/linux/X11Desktop.h"
 
+#include "platform/linux/Patience.h"
 #include "platform/linux/X11IdleTime.h"
 #include "platform/linux/X11WindowList.h"
 
@@ -7,7 +8,6 @@ namespace kr::platform {
 namespace {
 
 constexpr std::uint32_t kIconicState = 3;  // as WM_CHANGE_STATE names it
-constexpr std::chrono::milliseconds kPatience{40};
 
 void iconify(X11Session& session, xcb_window_t window) {
   xcb_client_message_event_t event{};
@@ -143,9 +143,10 @@ void X11Desktop::showLocked(X11Session& session, pid_t process, const std::vecto
 }
 
 std::optional<std::chrono::milliseconds> X11Desktop::idleTime() {
-  const std::lock_guard lock(mutex_);
-  X11Session* session = connection_.session();
-  return session != nullptr ? x11::idleTime(*session, kPatience) : std::nullopt;
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  const std::unique_lock lock(mutex_, deadline);
+  X11Session* session = lock.owns_lock() ? connection_.session() : nullptr;
+  return session != nullptr ? x11::idleTime(*session, deadline) : std::nullopt;
 }
 
 }  // namespace kr::platform

@@ -46,7 +46,8 @@ class X11Desktop {
   void show(pid_t process);
 
   // How long the user has touched neither keyboard nor mouse. A server that has stopped answering is not
-  // waited for.
+  // waited for, but for a second when it is asked for the first time; nor is another thread that waits for
+  // it.
   [[nodiscard]] std::optional<std::chrono::milliseconds> idleTime();
 
  private:
@@ -54,7 +55,7 @@ class X11Desktop {
   [[nodiscard]] static std::vector<xcb_window_t> windowsOf(X11Session& session, pid_t process);
   void showLocked(X11Session& session, pid_t process, const std::vector<xcb_window_t>& windows);
 
-  std::mutex mutex_;
+  std::timed_mutex mutex_;
   X11Connection connection_;
   std::map<pid_t, std::set<xcb_window_t>> hidden_;
 };

@@ -9,9 +9,9 @@
 
 namespace kr::platform::x11 {
 
-// None when the server does not count it, or does not answer within the time. A server that has stopped
+// None when the server does not count it, or does not answer before the deadline. A server that has stopped
 // answering is not waited for.
-[[nodiscard]] std::optional<std::chrono::milliseconds> idleTime(X11Session& session,
-                                                                std::chrono::milliseconds patience);
+[[nodiscard]] std::optional<std::chrono::milliseconds> idleTime(
+    X11Session& session, std::chrono::steady_clock::time_point deadline);
 
 }  // namespace kr::platform::x11

@@ -5,22 +5,18 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/Patience.h"
+
 namespace kr::platform {
 namespace {
 
 constexpr std::string_view kSelection = "CLIPBOARD";
 
-// Answers once everything that was sent before has been done.
+// Comes back once everything that was sent before has been done, or the time is up. Whether it was done.
 bool waitForServer(xcb_connection_t* connection) {
-  const X11Reply<xcb_get_input_focus_reply_t> reply(
-      ::xcb_get_input_focus_reply(connection, ::xcb_get_input_focus(connection), nullptr));
-  return reply != nullptr;
-}
-
-xcb_atom_t selection(xcb_connection_t* connection) {
-  const auto cookie = ::xcb_intern_atom(connection, 0, kSelection.size(), kSelection.data());
-  const X11Reply<xcb_intern_atom_reply_t> reply(::xcb_intern_atom_reply(connection, cookie, nullptr));
-  return reply ? reply->atom : XCB_NONE;
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  return x11::replyBefore<xcb_get_input_focus_reply_t>(connection, ::xcb_get_input_focus(connection).sequence,
+                                                       deadline) != nullptr;
 }
 
 // The server takes requests of an extension once it has agreed on a version.
@@ -41,7 +37,8 @@ std::unique_ptr<X11SelectionWatch> X11SelectionWatch::open() {
   xcb_connection_t* connection = session->connection();
   const xcb_query_extension_reply_t* extension = ::xcb_get_extension_data(connection, &xcb_xfixes_id);
   if (extension == nullptr || extension->present == 0 || !agreeOnVersion(connection)) return nullptr;
-  ::xcb_xfixes_select_selection_input(connection, session->root(), selection(connection),
+  const xcb_atom_t selection = x11::atom(connection, x11::askForAtom(connection, kSelection));
+  ::xcb_xfixes_select_selection_input(connection, session->root(), selection,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
   if (!waitForServer(connection)) return nullptr;
   const auto event = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
@@ -50,11 +47,13 @@ std::unique_ptr<X11SelectionWatch> X11SelectionWatch::open() {
 }
 
 std::optional<long> X11SelectionWatch::takeChanges() {
-  if (!waitForServer(session_->connection())) return std::nullopt;
+  // A server that does not answer keeps the rest for the next time.
+  static_cast<void>(waitForServer(session_->connection()));
   long changes = 0;
   while (const X11Reply<xcb_generic_event_t> event{::xcb_poll_for_event(session_->connection())}) {
     if (event->response_type == event_) ++changes;
   }
+  if (::xcb_connection_has_error(session_->connection()) != 0) return std::nullopt;
   return changes;
 }
 

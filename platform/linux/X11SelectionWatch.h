@@ -18,7 +18,8 @@ class X11SelectionWatch {
   // The DISPLAY that the server was found under.
   [[nodiscard]] const std::string& display() const { return display_; }
 
-  // How often until now, since the last call; none when the server is lost.
+  // How often until now, since the last call; none when the server is lost. What a server that does not
+  // answer has still to tell counts later.
   [[nodiscard]] std::optional<long> takeChanges();
 
  private:

@@ -8,6 +8,7 @@
 #include "platform/SystemServices.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/StoppedDisplay.h"
 #include "tests/support/TestApplication.h"
 
 namespace kr::platform {
@@ -68,9 +69,26 @@ TEST_F(SelectionClipboard, KeepsItsCountWithoutAServerAndGoesOnWithTheNext) {
   }));
 }
 
-TEST(ClipboardWithoutAServer, HasNoChanges) {
-  const Desktop desktop({.display = false});
-  EXPECT_EQ(systemClipboard().changeCount(), systemClipboard().changeCount());
+TEST_F(SelectionClipboard, IsNotWaitedForWhileTheServerDoesNotAnswerAndMissesNothing) {
+  ASSERT_TRUE(grows(*one));
+  const long before = clipboard.changeCount();
+  {
+    kr::testing::StoppedDisplay server(*desktop);
+    one->child().signal(SIGUSR2);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(clipboard.changeCount(), before);
+    EXPECT_FALSE(server.hadToGoOn());
+  }
+  EXPECT_TRUE(eventually([&] { return clipboard.changeCount() == before + 1; }));
+  EXPECT_TRUE(grows(*two)) << "the watch is kept";
+}
+
+TEST_F(SelectionClipboard, HasTheCountOfBeforeWithoutAServer) {
+  ASSERT_TRUE(grows(*one));
+  const long before = clipboard.changeCount();
+  one.reset();
+  two.reset();
+  desktop = std::make_unique<Desktop>(kr::testing::DesktopParts{.display = false});
+  EXPECT_EQ(clipboard.changeCount(), before);
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
 #include "platform/UserInput.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
+
+#include <atomic>
+#include <thread>
 
 #include "platform/SystemServices.h"
+#include "platform/linux/X11Desktop.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/StoppedDisplay.h"
 
 namespace kr::platform {
 namespace {
@@ -13,6 +17,7 @@ namespace {
 using kr::testing::Child;
 using kr::testing::Desktop;
 using kr::testing::eventually;
+using kr::testing::StoppedDisplay;
 using std::chrono::milliseconds;
 
 // The server of a test that came before may have had the same name; it is missed soon.
@@ -28,8 +33,13 @@ TEST(UserInput, IdleTimeGrowsUntilTheUserTouchesSomething) {
        {std::vector<std::string>{"xdotool", "key", "a"}, {"xdotool", "mousemove", "10", "10"}}) {
     const auto before = systemUserInput().idleTime();
     ASSERT_TRUE(before.has_value());
-    Child(touch).wait(10);
-    EXPECT_TRUE(eventually([&] { return systemUserInput().idleTime() < *before; })) << touch[1];
+    const auto status = Child(touch).wait(10);
+    ASSERT_TRUE(status && *status == 0) << touch[1];
+    const auto isLess = [&] {
+      const auto now = systemUserInput().idleTime();
+      return now.has_value() && *now < *before;
+    };
+    EXPECT_TRUE(eventually(isLess)) << touch[1];
     ASSERT_TRUE(eventually([] { return systemUserInput().idleTime() > milliseconds(300); }));
   }
 }
@@ -39,12 +49,46 @@ TEST(UserInput, IdleTimeIsUnknownWithoutAServer) {
   EXPECT_EQ(systemUserInput().idleTime(), std::nullopt);
 }
 
-TEST(UserInput, IdleTimeIsUnknownWhileTheServerDoesNotAnswerAndKnownAgainLater) {
-  Desktop desktop;
-  ASSERT_TRUE(isKnown());
-  desktop.signalDisplay(SIGSTOP);
+void expectUnknown(StoppedDisplay& server) {
   for (int i = 0; i < 3; ++i) EXPECT_EQ(systemUserInput().idleTime(), std::nullopt);
-  desktop.signalDisplay(SIGCONT);
+  EXPECT_FALSE(server.hadToGoOn());
+}
+
+TEST(UserInput, IdleTimeIsUnknownWhileTheServerDoesNotAnswerAndKnownAgainLater) {
+  const Desktop desktop;
+  ASSERT_TRUE(isKnown());
+  {
+    StoppedDisplay server(desktop);
+    expectUnknown(server);
+  }
+  EXPECT_TRUE(isKnown());
+}
+
+TEST(UserInput, IdleTimeIsUnknownWhereTheServerHasNeverAnsweredAndKnownLater) {
+  const Desktop desktop;
+  {
+    StoppedDisplay server(desktop);
+    expectUnknown(server);
+  }
+  EXPECT_TRUE(isKnown());
+}
+
+TEST(UserInput, IdleTimeDoesNotWaitForAnotherQuestionThatTheServerDoesNotAnswer) {
+  const Desktop desktop;
+  ASSERT_TRUE(isKnown());
+  std::thread other;
+  {
+    StoppedDisplay server(desktop);
+    std::atomic<bool> isAsked = false;
+    other = std::thread([&isAsked] {
+      isAsked = true;
+      static_cast<void>(X11Desktop::shared().windowOwners());
+    });
+    while (!isAsked) std::this_thread::yield();
+    std::this_thread::sleep_for(milliseconds(100));
+    expectUnknown(server);
+  }
+  other.join();
   EXPECT_TRUE(isKnown());
 }
 
