@@ -46,12 +46,17 @@ void DesktopWatch::signal() const {
   static_cast<void>(::eventfd_write(signalled_.get(), 1));
 }
 
-// Somebody wants to hear of the active window, or another thread has found a server.
+// Somebody wants to hear of the active window, or another thread has found a server, or the watch has waited
+// for replies: they may have brought news along, which the descriptor does not show any more.
 void DesktopWatch::takeSignal() {
   eventfd_t count = 0;
   static_cast<void>(::eventfd_read(signalled_.get(), &count));
   if (std::exchange(hasNewFollower_, false)) tell({.activeState = true});
-  if (!watch_ || watch_->display() != X11Connection::displayName()) reopen();
+  if (!watch_ || watch_->display() != X11Connection::displayName()) {
+    reopen();
+  } else {
+    takeNews();
+  }
 }
 
 void DesktopWatch::takeNews() {
@@ -81,6 +86,7 @@ void DesktopWatch::open() {
   if (!watch_) return;
   if (followsActiveWindow_) watch_->followActiveWindow();
   watchSource_.emplace(watch_->descriptor(), [this] { takeNews(); });
+  signal();
 }
 
 void DesktopWatch::close() {
