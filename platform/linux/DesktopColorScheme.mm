@@ -8,12 +8,10 @@
 #include <vector>
 
 #include "platform/linux/ColorSchemePortal.h"
+#include "platform/linux/Patience.h"
 
 namespace kr::platform {
 namespace {
-
-// As long as a desktop that is up takes many times over; a question that takes longer would be felt.
-constexpr std::chrono::milliseconds kLongestWait{40};
 
 std::atomic<ColorScheme> gScheme{ColorScheme::noPreference};
 
@@ -27,7 +25,8 @@ class Watch {
 
   void awaitFirstAnswer() {
     if (std::exchange(awaited_, true)) return;
-    portal_.await(kLongestWait);
+    portal_.await(kPatience);
+    source_->refresh();
   }
 
   void add(std::function<void()> changed) { listeners_.push_back(std::move(changed)); }

@@ -23,6 +23,9 @@ class RunLoopBus {
   RunLoopBus(const RunLoopBus&) = delete;
   RunLoopBus& operator=(const RunLoopBus&) = delete;
 
+  // To be called when the connection has worked, begun or ended outside the run loop.
+  void refresh();
+
  private:
   void* watcher_;  // an Objective-C object
 };

@@ -2,9 +2,14 @@
 
 #import <AppKit/AppKit.h>
 
+#include <fcntl.h>
+
 #include <utility>
 
+#include "platform/posix/FileDescriptor.h"
+
 using kr::platform::BusReadiness;
+using kr::posix::FileDescriptor;
 
 namespace {
 
@@ -19,6 +24,9 @@ void* runLoopData(int descriptor) {
   std::function<std::optional<BusReadiness>()> readiness;
   std::function<void()> work;
   std::optional<BusReadiness> watched;
+  // A duplicate: the connection may close its own at any time, whose number then is another's, and the run
+  // loop knows those who watch it by the number alone.
+  FileDescriptor descriptor;
 }
 - (void)watch:(std::optional<BusReadiness>)wanted;
 @end
@@ -28,14 +36,19 @@ void* runLoopData(int descriptor) {
 - (void)watch:(std::optional<BusReadiness>)wanted {
   if (wanted == watched) return;
   NSRunLoop* loop = [NSRunLoop mainRunLoop];
-  for (NSString* mode in @[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ]) {
-    if (watched) {
-      void* data = runLoopData(watched->descriptor);
+  NSArray* modes = @[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ];
+  if (watched) {
+    for (NSString* mode in modes) {
+      void* data = runLoopData(descriptor.get());
       [loop removeEvent:data type:ET_RDESC forMode:mode all:YES];
       if (watched->write) [loop removeEvent:data type:ET_WDESC forMode:mode all:YES];
     }
-    if (wanted) {
-      void* data = runLoopData(wanted->descriptor);
+  }
+  descriptor.reset(wanted ? ::fcntl(wanted->descriptor, F_DUPFD_CLOEXEC, 0) : -1);
+  if (!descriptor) wanted = std::nullopt;
+  if (wanted) {
+    for (NSString* mode in modes) {
+      void* data = runLoopData(descriptor.get());
       [loop addEvent:data type:ET_RDESC watcher:self forMode:mode];
       if (wanted->write) [loop addEvent:data type:ET_WDESC watcher:self forMode:mode];
     }
@@ -66,6 +79,11 @@ RunLoopBus::~RunLoopBus() {
   [watcher watch:std::nullopt];
   watcher->readiness = [] { return std::nullopt; };
   [watcher release];
+}
+
+void RunLoopBus::refresh() {
+  auto* watcher = static_cast<KRBusWatcher*>(watcher_);
+  [watcher watch:watcher->readiness()];
 }
 
 }  // namespace kr::platform
