@@ -49,8 +49,6 @@ class Forwarding : public AppearanceFixture {
            [NSColor colorWithDeviceCyan:0.6 magenta:0.7 yellow:0.8 black:0.9 alpha:1], operation);
   }
   static void expectNamed(const Operation& operation) {
-    NSColorList* list = [[[NSColorList alloc] initWithName:@"Two"] autorelease];
-    [list setColor:[NSColor redColor] forKey:@"Fire"];
     expect([NSColor textColor], [NSColor controlColor], operation);
   }
 };

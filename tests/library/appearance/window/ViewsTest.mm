@@ -39,6 +39,17 @@ static NSString* ownSender() {
 
 @end
 
+@interface KRFlippedColoredView : KRColoredView
+@end
+
+@implementation KRFlippedColoredView
+
+- (BOOL)isFlipped {
+  return YES;
+}
+
+@end
+
 namespace kr::testing {
 namespace {
 
@@ -191,7 +202,19 @@ TEST_F(Views, ThatLieDeeperInAnEffectViewHaveNone) {
   EXPECT_NE([inner wrapInVisualEffectView], effect);
 }
 
-TEST_F(Views, HaveAScaleInTheWindow) {
+// Of a class, with its beginning at the bottom or at the top.
+class ScaledViews : public Views, public ::testing::WithParamInterface<bool> {
+ protected:
+  static Class type() { return GetParam() ? [KRFlippedColoredView class] : [KRColoredView class]; }
+
+  KRColoredView* addView(NSColor* color = nil, NSRect frame = NSMakeRect(10, 20, 100, 60)) {
+    KRColoredView* view = add<KRColoredView>(type(), frame);
+    view->color = color;
+    return view;
+  }
+};
+
+TEST_P(ScaledViews, HaveAScaleInTheWindow) {
   KRColoredView* view = addView();
   EXPECT_EQ([view scale], 1);
   [view setScale:2];
@@ -207,9 +230,9 @@ TEST_F(Views, HaveAScaleInTheWindow) {
   EXPECT_TRUE(NSEqualRects([view frame], NSMakeRect(10, 20, 100, 60))) << "its place is another matter";
 }
 
-TEST_F(Views, HaveAScaleInTheWindowWhateverTheyLieIn) {
+TEST_P(ScaledViews, HaveAScaleInTheWindowWhateverTheyLieIn) {
   KRColoredView* outer = addView();
-  KRColoredView* inner = [[[KRColoredView alloc] initWithFrame:NSMakeRect(0, 0, 10, 10)] autorelease];
+  KRColoredView* inner = [[[type() alloc] initWithFrame:NSMakeRect(0, 0, 10, 10)] autorelease];
   [outer addSubview:inner];
   [outer setScale:3];
   EXPECT_DOUBLE_EQ([inner scale], 3);
@@ -223,7 +246,7 @@ TEST_F(Views, HaveAScaleInTheWindowWhateverTheyLieIn) {
   EXPECT_TRUE(NSEqualSizes([inner bounds].size, NSMakeSize(15, 15)));
 }
 
-TEST_F(Views, AreDrawnAgainInTheNewScale) {
+TEST_P(ScaledViews, AreDrawnAgainInTheNewScale) {
   KRColoredView* view = addView([NSColor redColor]);
   show();
   ASSERT_FALSE([view needsDisplay]);
@@ -231,9 +254,9 @@ TEST_F(Views, AreDrawnAgainInTheNewScale) {
   EXPECT_TRUE([view needsDisplay]);
 }
 
-TEST_F(Views, InAScrolledAndScaledClipViewHaveItsScale) {
+TEST_P(ScaledViews, InAScrolledAndScaledClipViewHaveItsScale) {
   NSScrollView* scrollView = add<NSScrollView>([NSScrollView class], NSMakeRect(0, 0, 200, 100));
-  NSView* document = [[[NSView alloc] initWithFrame:NSMakeRect(0, 0, 500, 1000)] autorelease];
+  NSView* document = [[[type() alloc] initWithFrame:NSMakeRect(0, 0, 500, 1000)] autorelease];
   [scrollView setDocumentView:document];
   [[scrollView contentView] setBoundsOrigin:NSMakePoint(30, 300)];
   EXPECT_DOUBLE_EQ([document scale], 1);
@@ -242,6 +265,26 @@ TEST_F(Views, InAScrolledAndScaledClipViewHaveItsScale) {
   [document setScale:2];
   EXPECT_DOUBLE_EQ([document scale], 2);
 }
+
+// What a flipped view draws at its beginning is seen at the top, in every scale.
+TEST_P(ScaledViews, AreNotTurnedOver) {
+  KRColoredView* view = addView([NSColor whiteColor]);
+  KRColoredView* corner = [[[type() alloc] initWithFrame:NSMakeRect(0, 0, 10, 10)] autorelease];
+  [view addSubview:corner];
+  for (const double scale : {2.0, 0.5, 1.0}) {
+    [view setScale:scale];
+    EXPECT_GT(NSHeight([view bounds]), 0);
+    EXPECT_GT(NSWidth([view bounds]), 0);
+    EXPECT_TRUE(NSEqualPoints([view bounds].origin, NSZeroPoint));
+    const NSRect place = [corner convertRect:[corner bounds] toView:[view superview]];
+    EXPECT_NEAR(NSMinX(place), 10, 0.01);
+    EXPECT_NEAR(GetParam() ? NSMaxY(place) : NSMinY(place), GetParam() ? 80 : 20, 0.01) << scale;
+    EXPECT_NEAR(NSHeight(place), 10 * scale, 0.01);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ScaledViews, ::testing::Bool(),
+                         [](const auto& info) { return std::string(info.param ? "Flipped" : "Unflipped"); });
 
 }  // namespace
 }  // namespace kr::testing
