@@ -5,12 +5,14 @@
 #include <utility>
 
 #import "platform/cocoa/Bridging.h"
+#import "platform/cocoa/Mirror.h"
 #import "platform/gnustep/LabelText.h"
-#import "platform/gnustep/Mirror.h"
+#import "platform/gnustep/Theme.h"
 #import "platform/gnustep/UserLanguages.h"
 
 using kr::platform::Alert;
 using kr::platform::kFirstAlertButton;
+using kr::theme::kButtonMargin;
 
 namespace {
 
@@ -20,8 +22,6 @@ constexpr CGFloat kIconSide = 64;
 constexpr CGFloat kIconGap = 20;
 constexpr CGFloat kTextGap = 8;
 constexpr CGFloat kButtonGap = 24;
-// A button's frame is wider than what is drawn (Theme.mm), on both sides.
-constexpr CGFloat kButtonMargin = 6;
 constexpr CGFloat kButtonHeight = 32;
 constexpr CGFloat kShortestButton = 112;
 constexpr CGFloat kTitleMargin = 20;
@@ -105,7 +105,7 @@ NSButton* pushButton(const std::string& title, NSInteger code) {
   [informative setFrameSize:NSMakeSize(textWidth, informativeHeight)];
   [self place:informative at:NSMakePoint(textLeft, top - messageHeight - kTextGap - informativeHeight)];
   [self addButtons:alert.buttons];
-  if (kr::platform::interfaceIsRightToLeft()) kr::theme::mirror([self contentView]);
+  if (kr::platform::interfaceIsRightToLeft()) kr::platform::mirror([self contentView]);
   return self;
 }
 

@@ -1,7 +1,7 @@
 #import "platform/gnustep/BoundsAnimation.h"
 
-#include <time.h>
-
+#include "platform/Clock.h"
+#include "platform/SystemServices.h"
 #import "platform/gnustep/AnimationContext.h"
 #include "platform/gnustep/Easing.h"
 
@@ -15,10 +15,9 @@ NSMutableArray* running() {
   return animations;
 }
 
+// Of the system's clock, whatever clock the services have: what moves is to be seen.
 double now() {
-  timespec time{};
-  ::clock_gettime(CLOCK_MONOTONIC, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+  return kr::platform::systemClock().monotonicSeconds();
 }
 
 void setBoundsOrigin(NSView* view, NSPoint origin) {

@@ -9,10 +9,10 @@
 
 #include "platform/DesktopAppearance.h"
 #include "platform/Services.h"
+#import "platform/cocoa/Mirror.h"
 #include "platform/gnustep/CommandLineBytes.h"
 #import "platform/gnustep/ImageTypes.h"
 #import "platform/gnustep/LabelText.h"
-#import "platform/gnustep/Mirror.h"
 #import "platform/gnustep/ReadingView.h"
 #import "platform/gnustep/Theme.h"
 #import "platform/gnustep/ThemeNotice.h"
@@ -163,7 +163,7 @@ void prepareApplication() {
 void finishWindow(NSWindow* window) {
   finishWorkWithoutWindowServer();
   finishViews([window contentView]);
-  if (interfaceIsRightToLeft()) theme::mirror([window contentView]);
+  if (interfaceIsRightToLeft()) mirror([window contentView]);
   removeHidingCommands([NSApp mainMenu]);
 }
 

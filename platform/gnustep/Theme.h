@@ -5,6 +5,14 @@
 #import <AppKit/AppKit.h>
 #import <GNUstepGUI/GSTheme.h>
 
+namespace kr::theme {
+
+// A push button's frame is that much wider than what is drawn, on both sides, as in AppKit: files place
+// buttons by their frames.
+inline constexpr CGFloat kButtonMargin = 6;
+
+}  // namespace kr::theme
+
 @interface KRTheme : GSTheme
 
 // Puts the theme in force, in the dark or the light appearance. After the application object has been made.

@@ -6,6 +6,7 @@
 #import "platform/gnustep/ThemeColors.h"
 
 using kr::theme::color;
+using kr::theme::kButtonMargin;
 using kr::theme::palette;
 using kr::theme::Palette;
 using kr::theme::paletteFor;
@@ -13,9 +14,6 @@ using kr::theme::paletteFor;
 namespace {
 
 constexpr CGFloat kButtonRadius = 6;
-// A push button's frame is that much wider than what is drawn, as in AppKit: files place buttons by their
-// frames.
-constexpr CGFloat kButtonMargin = 6;
 constexpr CGFloat kBarHeight = 6;
 constexpr CGFloat kScrollerWidth = 14;
 constexpr CGFloat kKnobInset = 3;

@@ -1,6 +1,6 @@
-#import "platform/gnustep/Mirror.h"
+#import "platform/cocoa/Mirror.h"
 
-namespace kr::theme {
+namespace kr::platform {
 namespace {
 
 bool onlyHoldsViews(NSView* view) {
@@ -26,4 +26,4 @@ void mirror(NSView* view) {
   }
 }
 
-}  // namespace kr::theme
+}  // namespace kr::platform

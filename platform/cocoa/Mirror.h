@@ -3,10 +3,10 @@
 
 #import <AppKit/AppKit.h>
 
-namespace kr::theme {
+namespace kr::platform {
 
 // Puts what stands at the left in a view to its right and the other way round, also in the pages of tab views
 // and in other views that only hold views. What scrolls stays as it is.
 void mirror(NSView* view);
 
-}  // namespace kr::theme
+}  // namespace kr::platform
