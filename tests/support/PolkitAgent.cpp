@@ -42,7 +42,7 @@ GVariant* subject(pid_t process) {
 
 }  // namespace
 
-PolkitAgent::PolkitAgent(pid_t process, User user) {
+PolkitAgent::PolkitAgent(pid_t process, User user, const char* locale) {
   const glib::String address(::g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
   object_ = std::make_unique<BusObject>(
       address.get(), "", kPath, kInterface,
@@ -77,7 +77,7 @@ PolkitAgent::PolkitAgent(pid_t process, User user) {
         ::g_dbus_method_invocation_return_value(invocation, nullptr);
       });
   if (!object_->call(kAuthorityName, kAuthorityPath, kAuthorityInterface, "RegisterAuthenticationAgent",
-                     ::g_variant_new("(@(sa{sv})ss)", subject(process), "C", kPath))) {
+                     ::g_variant_new("(@(sa{sv})ss)", subject(process), locale, kPath))) {
     throw std::runtime_error("the authority does not take the agent");
   }
 }

@@ -19,8 +19,9 @@ class PolkitAgent {
   // leaves it open.
   enum class User { confirms, fails, dismisses, hesitates };
 
-  // The process is one that runs. Throws std::runtime_error where the authority does not take the agent.
-  PolkitAgent(pid_t process, User user);
+  // The process is one that runs, and its user reads messages in this locale. Throws std::runtime_error where
+  // the authority does not take the agent.
+  PolkitAgent(pid_t process, User user, const char* locale = "C");
   ~PolkitAgent();
 
   // The actions that the user was asked for, with their messages: "ACTION: MESSAGE".

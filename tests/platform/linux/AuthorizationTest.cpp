@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/posix/Files.h"
@@ -145,6 +146,23 @@ TEST_F(AuthorizationTest, AUserWhoConfirmsIsAskedOnce) {
   startPolkit(kAsk);
   EXPECT_EQ(answerWithAgent(PolkitAgent::User::confirms), "right 0, tool 0, status 0");
   EXPECT_EQ(agent_->asked(), Asked{kOwnQuestion});
+}
+
+TEST_F(AuthorizationTest, AUserIsAskedInTheUsersLanguage) {
+  startPolkit(kAsk);
+  const std::string action = "com.velmora.installer.copy: ";
+  for (const auto& [locale, message] :
+       {std::pair{"de_AT.UTF-8", "Zum Installieren eines Programms für alle Benutzer"},
+        std::pair{"pt_BR.UTF-8", "É necessária autenticação"}, std::pair{"zh_CN.UTF-8", "为所有用户安装"},
+        std::pair{"fi_FI.UTF-8", "Authentication is needed"}}) {
+    std::filesystem::remove(scratch_ / "go");
+    startCaller();
+    agent_.emplace(caller_->pid(), PolkitAgent::User::dismisses, locale);
+    EXPECT_EQ(answer(), "right -60006");
+    ASSERT_EQ(agent_->asked().size(), 1U) << locale;
+    EXPECT_TRUE(agent_->asked().front().starts_with(action + message)) << agent_->asked().front();
+    agent_.reset();
+  }
 }
 
 TEST_F(AuthorizationTest, AUserWhoDismissesTheDialogCancels) {
