@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #import "platform/cocoa/Bridging.h"
-#import "platform/gnustep/Theme.h"
 #import "tests/window/WindowTest.h"
 
 namespace kr::testing {
@@ -17,14 +16,6 @@ class Pages : public WindowTest {
   }
 
   static NSRect inWindow(NSView* view) { return [view convertRect:[view bounds] toView:nil]; }
-
-  // The page has these parts, in this order, and dark changes nothing in it.
-  void expectParts(const Lines& parts) {
-    EXPECT_EQ(visibleParts(), parts);
-    [KRTheme useDark:YES];
-    EXPECT_EQ(visibleParts(), parts) << "dark";
-    [KRTheme useDark:NO];
-  }
 
   // The parts stand in the window, with the margins that all pages have, and none on another.
   void expectTidy(const std::vector<NSView*>& parts) {
@@ -45,7 +36,7 @@ class Pages : public WindowTest {
 
 TEST_F(Pages, TheReadMePage) {
   open({"-readMePath", scratch_.file("readme.txt", "words")});
-  expectParts({"icon", "name", "read-me", "help", "cancel", "install"});
+  EXPECT_EQ(visibleParts(), (Lines{"icon", "name", "read-me", "help", "cancel", "install"}));
   NSView* text = [controller_->readMeTextView enclosingScrollView];
   expectTidy({controller_->iconField, controller_->nameField, text, controller_->helpButton,
               controller_->cancelButton, controller_->installButton});
@@ -55,7 +46,8 @@ TEST_F(Pages, TheReadMePage) {
 
 TEST_F(Pages, TheReadyPage) {
   open();
-  expectParts({"icon", "name", "intro", "path", "explanation", "help", "cancel", "install"});
+  EXPECT_EQ(visibleParts(),
+            (Lines{"icon", "name", "intro", "path", "explanation", "help", "cancel", "install"}));
   expectTidy({controller_->iconField, controller_->nameField, controller_->introField, controller_->pathField,
               controller_->explanationField, controller_->helpButton, controller_->cancelButton,
               controller_->installButton});
@@ -68,22 +60,44 @@ TEST_F(Pages, TheInstallingPage) {
   [controller_->installButton setEnabled:NO];
   [controller_->cancelButton setEnabled:NO];
   [controller_ animateProgress:@"YES"];
-  expectParts({"icon", "name", "intro", "path", "explanation", "progress", "help", "cancel", "install"});
+  EXPECT_EQ(visibleParts(),
+            (Lines{"icon", "name", "intro", "path", "explanation", "progress", "help", "cancel", "install"}));
   expectTidy({controller_->explanationField, controller_->progressIndicator, controller_->installButton});
   [controller_ animateProgress:nil];
+}
+
+// The same as before it: the reason is set, and its field stays hidden.
+TEST_F(Pages, ThePageAfterAFailure) {
+  open();
+  [controller_->installButton setEnabled:NO];
+  [controller_->cancelButton setEnabled:NO];
+  [controller_ animateProgress:@"YES"];
+  [controller_ installationFinished:@"Installation failed."];
+  EXPECT_EQ(visibleParts(),
+            (Lines{"icon", "name", "intro", "path", "explanation", "help", "cancel", "install"}));
+  EXPECT_EQ(text(controller_->messageField), "Installation failed.");
+  EXPECT_EQ(title(controller_->installButton), "Install");
+  EXPECT_TRUE([controller_->installButton isEnabled]);
+  EXPECT_TRUE([controller_->cancelButton isEnabled]);
+  expectTidy({controller_->iconField, controller_->nameField, controller_->introField, controller_->pathField,
+              controller_->explanationField, controller_->helpButton, controller_->cancelButton,
+              controller_->installButton});
+  // Where somebody shows the reason, it has its place beside all but the explanation.
+  expectTidy({controller_->introField, controller_->pathField, controller_->messageField,
+              controller_->helpButton, controller_->cancelButton, controller_->installButton});
 }
 
 TEST_F(Pages, TheDonePage) {
   open();
   [controller_ installationFinished:nil];
-  expectParts({"icon", "name", "checkmark", "intro", "install"});
+  EXPECT_EQ(visibleParts(), (Lines{"icon", "name", "checkmark", "intro", "install"}));
   expectTidy({controller_->iconField, controller_->nameField, controller_->checkmarkField,
               controller_->introField, controller_->installButton});
 }
 
 TEST_F(Pages, ThePageOfAnError) {
   load({"-sourcePath", scratch_.folder("Plain.app")});
-  expectParts({"icon", "name", "intro", "install"});
+  EXPECT_EQ(visibleParts(), (Lines{"icon", "name", "intro", "install"}));
 }
 
 // The read-me is light whatever the desktop is.

@@ -5,6 +5,7 @@
 #import "platform/cocoa/Bridging.h"
 #import "platform/cocoa/PrepareApplication.h"
 #include "platform/posix/Files.h"
+#include "tests/support/ReplacedMethod.h"
 #import "tests/window/WindowTest.h"
 
 namespace kr::testing {
@@ -223,9 +224,15 @@ TEST_F(Setup, AnIconGivenByPathIsShown) {
   EXPECT_EQ([[NSApp applicationIconImage] size].width, [[NSApp applicationIconImage] size].height * 2);
 }
 
+NSImage* workspacesIcon(NSWorkspace*, SEL, NSString*) {
+  return [[[NSImage alloc] initWithSize:NSMakeSize(40, 20)] autorelease];
+}
+
 TEST_F(Setup, AnIconThatCannotBeReadGivesWayToTheWorkspacesIcon) {
+  const auto hook = ReplacedMethod::ofInstances([NSWorkspace class], @selector(iconForFile:), workspacesIcon);
   load({"-sourcePath", product(), "-iconPath", scratch_.file("icon.png", "no image")});
-  EXPECT_NE([controller_->iconField image], nil);
+  EXPECT_TRUE(NSEqualSizes([[controller_->iconField image] size], NSMakeSize(40, 20)));
+  EXPECT_EQ([[NSApp applicationIconImage] size].width, [[NSApp applicationIconImage] size].height * 2);
 }
 
 }  // namespace

@@ -138,7 +138,13 @@ TEST_F(AlertPanel, ShowsTheNamedImage) {
   named.icon = "TestIcon";
   EXPECT_EQ([views<NSImageView>(panel(named), [NSImageView class]).at(0) image], image);
   named.icon = "No such image";
-  EXPECT_NE([views<NSImageView>(panel(named), [NSImageView class]).at(0) image], image);
+  NSImage* applications = [[[NSImage alloc] initWithSize:NSMakeSize(16, 16)] autorelease];
+  NSImage* before = [[[NSApp applicationIconImage] retain] autorelease];
+  [NSApp setApplicationIconImage:applications];
+  EXPECT_EQ([views<NSImageView>(panel(named), [NSImageView class]).at(0) image],
+            [NSApp applicationIconImage]);
+  EXPECT_EQ([[NSApp applicationIconImage] size].width, 16);
+  [NSApp setApplicationIconImage:before];
 }
 
 }  // namespace
