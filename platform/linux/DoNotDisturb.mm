@@ -25,8 +25,11 @@ bool bannersAreOff() {
          g_variant_get_boolean(value.get()) == FALSE;
 }
 
+// From the disk: GNUstep does not notice what another program writes for a domain after it has read it.
 NSDictionary* defaults() {
-  return [[NSUserDefaults standardUserDefaults] persistentDomainForName:kNotificationDefaults];
+  NSString* file = [kNotificationDefaults stringByAppendingPathExtension:@"plist"];
+  NSString* path = [GSDefaultsRootForUser(NSUserName()) stringByAppendingPathComponent:file];
+  return [NSDictionary dictionaryWithContentsOfFile:path];
 }
 
 class DesktopSettings final : public DoNotDisturb {

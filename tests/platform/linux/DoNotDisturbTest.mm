@@ -7,14 +7,16 @@
 #include <fstream>
 
 #include "platform/SystemServices.h"
+#include "tests/support/DefaultsOnTheDisk.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Eventually.h"
 #include "tests/support/Forked.h"
 
 namespace kr::platform {
 namespace {
 
-// Over the domain that the desktop's own program would write, kept in memory.
-class DoNotDisturbDefaults : public ::testing::Test {
+// Over the domain that the desktop's own program would write.
+class DoNotDisturbDefaults : public kr::testing::DefaultsOnTheDisk {
  protected:
   ~DoNotDisturbDefaults() override {
     set(nil);
@@ -28,6 +30,7 @@ class DoNotDisturbDefaults : public ::testing::Test {
     } else {
       [defaults setPersistentDomain:values forName:kDomain];
     }
+    [defaults synchronize];
   }
 
   static std::optional<std::pair<std::int64_t, std::int64_t>> schedule() {
@@ -70,6 +73,18 @@ TEST_F(DoNotDisturbDefaults, ThePeriodHasTwoIntegers) {
   EXPECT_EQ(schedule(), std::nullopt);
   set(@{@"dndStart" : @[ @1320 ], @"dndEnd" : @420});
   EXPECT_EQ(schedule(), std::nullopt) << "a list is no integer";
+}
+
+TEST_F(DoNotDisturbDefaults, AreFollowedWhileTheProgramRuns) {
+  const std::string domain = "com.apple.notificationcenterui";
+  EXPECT_FALSE(systemDoNotDisturb().isOn());
+  write(domain, "doNotDisturb", "YES");
+  EXPECT_TRUE(kr::testing::eventually([] { return systemDoNotDisturb().isOn(); }));
+  write(domain, "dndStart", "1320");
+  write(domain, "dndEnd", "420");
+  EXPECT_TRUE(kr::testing::eventually([] { return schedule() == std::pair(1320L, 420L); }));
+  write(domain, "doNotDisturb", "NO");
+  EXPECT_TRUE(kr::testing::eventually([] { return !systemDoNotDisturb().isOn(); }));
 }
 
 // Whether it is on where the desktop has a schema with this one key, or none; in a process of its own, as
