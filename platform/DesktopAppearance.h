@@ -7,8 +7,10 @@ class DesktopAppearance {
  public:
   virtual ~DesktopAppearance() = default;
 
-  // Whether the user has chosen the dark style; false when nothing is chosen. Asked anew each time, so the
-  // answer follows the desktop while the program runs.
+  // Whether the user has chosen the dark style; false when nothing is chosen. The answer follows the desktop
+  // while the main run loop runs: where the desktop itself tells of changes, it is the last word that has
+  // come. Until the first call on the main thread, which asks the desktop, other threads hear of the user
+  // defaults only.
   [[nodiscard]] virtual bool isDark() = 0;
 };
 
