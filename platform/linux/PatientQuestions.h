@@ -1,6 +1,6 @@
 // Questions that may never be answered, such as those about files of a server that is gone. Who asks waits no
-// longer than kPatience from when the question was put. It stays open until it is answered, in a thread of
-// its own; meanwhile the same question joins it rather than leave one more thread behind. Any thread.
+// longer than Patience.h says from when the question was put. It stays open until it is answered, in a thread
+// of its own; meanwhile the same question joins it rather than leave one more thread behind. Any thread.
 //
 //   PatientQuestions<int> questions;
 //   if (const std::optional<int> size = questions.ask(path, [path] { return sizeOf(path); })) ...
@@ -16,13 +16,13 @@
 #include <system_error>
 #include <thread>
 
+#include "platform/linux/Patience.h"
+
 namespace kr::platform {
 
 template <class Answer>
 class PatientQuestions {
  public:
-  static constexpr std::chrono::milliseconds kPatience{40};
-
   // None when no answer comes in time, or nobody can wait for one. `about` tells questions apart. `find` runs
   // in another thread, may outlive the caller, and must not raise.
   template <class Find>
