@@ -12,11 +12,11 @@ namespace {
 
 constexpr std::string_view kSelection = "CLIPBOARD";
 
-// Comes back once everything that was sent before has been done, or the time is up. Whether it was done.
-bool waitForServer(xcb_connection_t* connection) {
+// Comes back once everything that was sent before has been done, or the time is up.
+void waitForServer(xcb_connection_t* connection) {
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  return x11::replyBefore<xcb_get_input_focus_reply_t>(connection, ::xcb_get_input_focus(connection).sequence,
-                                                       deadline) != nullptr;
+  const unsigned int question = ::xcb_get_input_focus(connection).sequence;
+  static_cast<void>(x11::replyBefore<xcb_get_input_focus_reply_t>(connection, question, deadline));
 }
 
 // The server takes requests of an extension once it has agreed on a version.
@@ -40,7 +40,8 @@ std::unique_ptr<X11SelectionWatch> X11SelectionWatch::open() {
   const xcb_atom_t selection = x11::atom(connection, x11::askForAtom(connection, kSelection));
   ::xcb_xfixes_select_selection_input(connection, session->root(), selection,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
-  if (!waitForServer(connection)) return nullptr;
+  waitForServer(connection);
+  if (::xcb_connection_has_error(connection) != 0) return nullptr;
   const auto event = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
   return std::unique_ptr<X11SelectionWatch>(
       new X11SelectionWatch(std::move(session), std::move(display), event));
@@ -48,7 +49,7 @@ std::unique_ptr<X11SelectionWatch> X11SelectionWatch::open() {
 
 std::optional<long> X11SelectionWatch::takeChanges() {
   // A server that does not answer keeps the rest for the next time.
-  static_cast<void>(waitForServer(session_->connection()));
+  waitForServer(session_->connection());
   long changes = 0;
   while (const X11Reply<xcb_generic_event_t> event{::xcb_poll_for_event(session_->connection())}) {
     if (event->response_type == event_) ++changes;
