@@ -38,7 +38,13 @@ NSDictionary* highlightColors(kr::LightAndDark kr::AccentColor::*kind, bool glob
 }
 
 NSColor* highlightColor(NSDictionary* (*table)()) {
-  if (!kr::isOfLevel(kr::SystemLevel::mojaveOrNewer)) return [NSColor selectedMenuItemColor];
+  if (!kr::isOfLevel(kr::SystemLevel::mojaveOrNewer)) {
+    // Systems older than that have nothing in its place.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
+    return [NSColor selectedMenuItemColor];
+#pragma clang diagnostic pop
+  }
   NSColor* highlight = [table() objectForKey:[KRDynamicColor accentColorName]];
   if (highlight != nil) return highlight;
   return [[static_cast<id<KRAccentedColors>>([NSColor class]) controlAccentColor]
