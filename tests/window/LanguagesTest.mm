@@ -111,7 +111,8 @@ class InLanguage : public WindowTest {
     for (NSTextField* field :
          {controller_->nameField, controller_->introField, controller_->explanationField}) {
       if ([field isHiddenOrHasHiddenAncestor] || [field window] == nil) continue;
-      expectFits(field);
+      // A path is as long as the disk has it; its middle is left out.
+      if (field != controller_->pathField) expectFits(field);
       expectNoInkAtTheEnd(field);
     }
     for (NSButton* button : {controller_->installButton, controller_->cancelButton}) {
