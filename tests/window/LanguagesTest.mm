@@ -107,9 +107,8 @@ class InLanguage : public WindowTest {
 
   // What is seen has room for its text, and what is drawn of it ends before that room does.
   void expectPageFits() {
-    // The path is no text of the tables, and is shortened where it is too long.
-    for (NSTextField* field :
-         {controller_->nameField, controller_->introField, controller_->explanationField}) {
+    for (NSTextField* field : {controller_->nameField, controller_->introField, controller_->pathField,
+                               controller_->explanationField}) {
       if ([field isHiddenOrHasHiddenAncestor] || [field window] == nil) continue;
       // A path is as long as the disk has it; its middle is left out.
       if (field != controller_->pathField) expectFits(field);
