@@ -15,6 +15,7 @@
 
 #include "platform/Paths.h"
 #include "platform/posix/Files.h"
+#include "tests/end-to-end/Products.h"
 #include "tests/support/CloseRequest.h"
 #include "tests/support/Eventually.h"
 
@@ -91,6 +92,13 @@ void Installation::start(const Lines& arguments, const std::string& program) {
   installer_.emplace(words);
   ASSERT_TRUE(eventually([&] { return window().has_value(); }, 20))
       << "the installer's window does not appear";
+}
+
+void Installation::openSmall(const std::string& destination, const Lines& more) {
+  Lines arguments{"-sourcePath", smallApplication(scratch_ / "Small.app"), "-destinationPath", destination};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  start(arguments);
+  expectLine("Updated arguments: ");
 }
 
 Lines Installation::windows() {

@@ -25,6 +25,9 @@ class Installation : public ::testing::Test {
   // unless another copy is named.
   void start(const Lines& arguments, const std::string& program = installerProgram());
 
+  // Starts it on a new small product to be installed there, with further arguments.
+  void openSmall(const std::string& destination, const Lines& more = {});
+
   // Presses a key in the installer's window: Return for its default button, Escape for the other. Does
   // nothing without a window: whoever presses waits for what follows from it.
   void press(const std::string& key);

@@ -9,7 +9,6 @@
 #include "platform/linux/X11Connection.h"
 #include "platform/posix/Files.h"
 #include "tests/end-to-end/Installation.h"
-#include "tests/end-to-end/Products.h"
 #include "tests/support/Eventually.h"
 
 namespace kr::testing {
@@ -18,11 +17,7 @@ namespace {
 class Keyboard : public Installation {
  protected:
   void open(const Lines& more = {}) {
-    Lines arguments{"-sourcePath", smallApplication(scratch_ / "Small.app"), "-destinationPath",
-                    destination_};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    start(arguments);
-    expectLine("Updated arguments: ");
+    openSmall(destination_, more);
     awaitFocus();
   }
 

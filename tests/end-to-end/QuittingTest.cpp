@@ -13,14 +13,6 @@ namespace {
 
 class Quitting : public Installation {
  protected:
-  void open(const Lines& more = {}) {
-    Lines arguments{"-sourcePath", smallApplication(scratch_ / "Small.app"), "-destinationPath",
-                    destination_};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    start(arguments);
-    expectLine("Updated arguments: ");
-  }
-
   // Presses the key until the installer has ended: the first one may come too early.
   void expectEndsOn(const std::string& key) {
     EXPECT_TRUE(eventually(
@@ -56,19 +48,19 @@ class Quitting : public Installation {
 };
 
 TEST_F(Quitting, EscapeCancelsOnTheInstallPage) {
-  open();
+  openSmall(destination_);
   expectEndsOn("Escape");
   expectNothingDone();
 }
 
 TEST_F(Quitting, EscapeCancelsOnTheReadMePage) {
-  open({"-readMePath", scratch_.file("readme.txt", "words")});
+  openSmall(destination_, {"-readMePath", scratch_.file("readme.txt", "words")});
   expectEndsOn("Escape");
   expectNothingDone();
 }
 
 TEST_F(Quitting, EscapeGoesBackFromTheInstallPageToTheReadMePage) {
-  open({"-readMePath", scratch_.file("readme.txt", "words")});
+  openSmall(destination_, {"-readMePath", scratch_.file("readme.txt", "words")});
   const std::string readMePage = settledPicture();
   ASSERT_TRUE(eventually(
       [&] {
@@ -87,14 +79,14 @@ TEST_F(Quitting, EscapeGoesBackFromTheInstallPageToTheReadMePage) {
 }
 
 TEST_F(Quitting, ClosingTheWindowQuits) {
-  open();
+  openSmall(destination_);
   closeWindow();
   expectEnds(10);
   expectNothingDone();
 }
 
 TEST_F(Quitting, ClosingTheWindowQuitsOnTheReadMePage) {
-  open({"-readMePath", scratch_.file("readme.txt", "words")});
+  openSmall(destination_, {"-readMePath", scratch_.file("readme.txt", "words")});
   closeWindow();
   expectEnds(10);
   expectNothingDone();

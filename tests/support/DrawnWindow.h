@@ -20,6 +20,9 @@ class DrawnWindow : public ::testing::Test {
  protected:
   static constexpr CGFloat kSide = 400;
 
+  // What SetUpTestSuite() starts, for suites that need more.
+  static void startDesktop(DesktopParts parts);
+
   DrawnWindow();
   ~DrawnWindow() override;
 
@@ -40,10 +43,10 @@ class DrawnWindow : public ::testing::Test {
   // What the view shows in its middle at the moment, as 0xRRGGBB; nothing is drawn for it.
   static int shownColor(NSView* view);
 
+  static std::unique_ptr<Desktop> desktop_;
   NSWindow* window_ = nil;
 
  private:
-  static std::unique_ptr<Desktop> desktop_;
   NSAutoreleasePool* pool_;
 };
 

@@ -7,7 +7,11 @@ namespace kr::testing {
 std::unique_ptr<Desktop> DrawnWindow::desktop_;
 
 void DrawnWindow::SetUpTestSuite() {
-  desktop_ = std::make_unique<Desktop>(DesktopParts{.display = true, .windowManager = true});
+  startDesktop({.display = true, .windowManager = true});
+}
+
+void DrawnWindow::startDesktop(DesktopParts parts) {
+  desktop_ = std::make_unique<Desktop>(parts);
   @autoreleasepool {
     platform::prepareApplication();
     [NSApp finishLaunching];

@@ -11,7 +11,7 @@ ANYWHERE = "flat-namespace"
 @dataclass(frozen=True)
 class Binding:
     address: int
-    library: str  # as the image names it; ANYWHERE for a name that is looked for in all libraries
+    origin: str  # as the image names it; ANYWHERE for a name that is looked for in all libraries
     symbol: str
 
 

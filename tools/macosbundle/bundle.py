@@ -171,9 +171,9 @@ class Check:
         bound = bindings(self.objdump, str(path), image)
         if not bound:
             report.wrong(where, "does not say what it gets from the libraries of the system")
-        for one in sorted({(one.library, one.symbol) for one in bound}):
+        for one in sorted({(one.origin, one.symbol) for one in bound}):
             self._binding(where, *one, image, sdk, report)
-        report.count("names bound to a library", len({one.symbol for one in bound if one.library != ANYWHERE}))
+        report.count("names bound to a library", len({one.symbol for one in bound if one.origin != ANYWHERE}))
 
     def _binding(self, where, library, symbol, image, sdk, report):
         if library == ANYWHERE:

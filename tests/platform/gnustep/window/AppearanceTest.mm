@@ -146,6 +146,25 @@ TEST_F(Appearances, ThatAViewSetsEndWithItsDrawing) {
   EXPECT_EQ([dark_ retainCount], count);
 }
 
+TEST_F(Appearances, OfAViewAreLetGoWithIt) {
+  NSAppearance* appearance = [[NSAppearance alloc] init];
+  const NSUInteger count = [appearance retainCount];
+  {
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    NSView* view = [[NSView alloc] initWithFrame:NSZeroRect];
+    EXPECT_EQ([view appearance], nil);
+    [view setAppearance:appearance];
+    EXPECT_EQ([view appearance], appearance);
+    [view setAppearance:nil];
+    EXPECT_EQ([view appearance], nil);
+    [view setAppearance:appearance];
+    [view release];
+    [pool release];
+  }
+  EXPECT_EQ([appearance retainCount], count);
+  [appearance release];
+}
+
 TEST_F(Appearances, OfAWindowAreLetGoWithIt) {
   const NSUInteger count = [dark_ retainCount];
   @autoreleasepool {

@@ -19,7 +19,7 @@
 #import "platform/gnustep/ThemeColors.h"
 #import "platform/gnustep/TruncatingLabel.h"
 #include "platform/testing/FixedDesktop.h"
-#include "tests/support/Desktop.h"
+#import "tests/support/DrawnWindow.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/SettingsPortal.h"
 
@@ -41,7 +41,6 @@
 namespace kr::testing {
 namespace {
 
-constexpr CGFloat kSide = 400;
 NSString* const kThemeChanged = @"AppleInterfaceThemeChangedNotification";
 
 // A desktop that is light or dark as the test says, whatever other programs tell of the user's. Ends light.
@@ -67,40 +66,12 @@ class DesktopLooks {
   std::optional<platform::ScopedServices> services_;
 };
 
-// A window on an X server of the program's own. The toolkit connects to one server in its life.
-class Theme : public ::testing::Test {
+class Theme : public DrawnWindow {
+ public:
+  // The toolkit asks the portal for the user's choice over the bus.
+  static void SetUpTestSuite() { startDesktop({.display = true, .windowManager = true, .bus = true}); }
+
  protected:
-  static void SetUpTestSuite() {
-    desktop_ = std::make_unique<Desktop>(DesktopParts{.display = true, .windowManager = true, .bus = true});
-    @autoreleasepool {
-      platform::prepareApplication();
-      [NSApp finishLaunching];
-    }
-  }
-
-  static void TearDownTestSuite() { desktop_.reset(); }
-
-  Theme() : pool_([[NSAutoreleasePool alloc] init]) {
-    window_ = [[NSWindow alloc] initWithContentRect:NSMakeRect(50, 50, kSide, kSide)
-                                          styleMask:NSTitledWindowMask
-                                            backing:NSBackingStoreBuffered
-                                              defer:NO];
-    [window_ setReleasedWhenClosed:NO];
-  }
-
-  ~Theme() override {
-    [window_ close];
-    [window_ release];
-    [pool_ release];
-  }
-
-  template <typename View>
-  View* add(Class type, NSRect frame) {
-    View* view = [[[type alloc] initWithFrame:frame] autorelease];
-    [[window_ contentView] addSubview:view];
-    return view;
-  }
-
   NSButton* addButton(NSString* key) {
     NSButton* button = add<NSButton>([NSButton class], NSMakeRect(20, 20, 112, 32));
     [button setBezelStyle:NSRoundedBezelStyle];
@@ -109,6 +80,7 @@ class Theme : public ::testing::Test {
     return button;
   }
 
+  // In front, with the keyboard.
   void show() {
     // The window manager may still be busy with the focus of the window before.
     for (int i = 0; i < 20 && !([NSApp isActive] && [window_ isKeyWindow]); ++i) {
@@ -119,17 +91,6 @@ class Theme : public ::testing::Test {
     ASSERT_TRUE([window_ isKeyWindow]);
     run(0.1);
     [window_ makeFirstResponder:nil];
-  }
-
-  static void run(double seconds) {
-    NSDate* end = [NSDate dateWithTimeIntervalSinceNow:seconds];
-    while ([end timeIntervalSinceNow] > 0) {
-      NSEvent* event = [NSApp nextEventMatchingMask:NSAnyEventMask
-                                          untilDate:[NSDate dateWithTimeIntervalSinceNow:0.02]
-                                             inMode:NSDefaultRunLoopMode
-                                            dequeue:YES];
-      if (event != nil) [NSApp sendEvent:event];
-    }
   }
 
   // The colours that the view shows, as 0xRRGGBB, row by row.
@@ -154,15 +115,7 @@ class Theme : public ::testing::Test {
   static long count(const std::vector<int>& pixels, int color) {
     return std::count(pixels.begin(), pixels.end(), color);
   }
-
-  static std::unique_ptr<Desktop> desktop_;
-  NSWindow* window_ = nil;
-
- private:
-  NSAutoreleasePool* pool_;
 };
-
-std::unique_ptr<Desktop> Theme::desktop_;
 
 bool hasMenu(NSView* view) {
   if ([view isKindOfClass:[NSMenuView class]]) return true;
@@ -483,25 +436,6 @@ TEST_F(Theme, FollowsWhoeverTellsOfAChange) {
     run(0.05);
     return pixels([window_ contentView]).front() == theme::kDark.window;
   }));
-}
-
-TEST_F(Theme, AViewKeepsAnAppearanceAndLetsItGo) {
-  NSAppearance* appearance = [[NSAppearance alloc] init];
-  const NSUInteger count = [appearance retainCount];
-  {
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    NSView* view = [[NSView alloc] initWithFrame:NSZeroRect];
-    EXPECT_EQ([view appearance], nil);
-    [view setAppearance:appearance];
-    EXPECT_EQ([view appearance], appearance);
-    [view setAppearance:nil];
-    EXPECT_EQ([view appearance], nil);
-    [view setAppearance:appearance];
-    [view release];
-    [pool release];
-  }
-  EXPECT_EQ([appearance retainCount], count);
-  [appearance release];
 }
 
 }  // namespace
